@@ -1,0 +1,23 @@
+// Code pages: text to and from the single-byte ANSI and OEM code pages of files and devices.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <ravelin/frame/text.hpp>
+
+namespace ravelin {
+
+// Code pages the library converts without help from the system: Windows-1252, 850, 437,
+// ISO-8859-1 (28591), US-ASCII (20127) and UTF-8 (65001).
+bool isSupportedCodePage(int codePage);
+
+// Text to bytes. A unit that the code page cannot represent becomes '?', the system's default
+// character (best-fit mappings are not applied). Raises 5 for an unsupported code page.
+std::string encode(StringView text, int codePage);
+
+// Bytes to text. Bytes that the code page leaves undefined map to the same-numbered control
+// unit, as the system does for Windows-1252. Raises 5 for an unsupported code page.
+String decode(std::string_view bytes, int codePage);
+
+}  // namespace ravelin

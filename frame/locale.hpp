@@ -1,0 +1,71 @@
+// Locale: the regional settings every text conversion of the library reads.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include <ravelin/frame/text.hpp>
+
+namespace ravelin {
+
+// Order of day, month and year in the short date, derived from its pattern.
+enum class DateOrder { MonthDayYear, DayMonthYear, YearMonthDay };
+
+// The settings of one locale, as Windows has them for that locale. Patterns use the Windows
+// picture letters: d dd (day), M MM MMM MMMM (month), yy yyyy (year), h hh H HH (hour, 12 and
+// 24-hour), m mm (minute), s ss (second), tt (AM/PM designator), '...' literals.
+struct Locale {
+  String name;          // "en-US"
+  uint32_t lcid = 0;    // 1033
+  String decimalSeparator;
+  String thousandsSeparator;
+  String currencySymbol;
+  String dateSeparator;
+  String timeSeparator;
+  String shortDatePattern;  // "M/d/yyyy"
+  String longDatePattern;   // "dddd, MMMM d, yyyy"
+  String timePattern;       // "h:mm:ss tt"
+  String amDesignator;      // "AM"
+  String pmDesignator;      // "PM"
+  std::array<String, 7> dayNames;              // Sunday first
+  std::array<String, 7> abbreviatedDayNames;   // Sunday first
+  std::array<String, 12> monthNames;           // January first
+  std::array<String, 12> abbreviatedMonthNames;
+  int ansiCodePage = 1252;
+  int oemCodePage = 437;
+
+  DateOrder dateOrder() const;
+  // True when the time pattern uses the 12-hour clock (h or hh).
+  bool uses12HourClock() const;
+};
+
+// The locales the library knows with their Windows settings, whatever the C library offers:
+// at least en-US, en-GB, pt-BR, pt-PT, de-DE, fr-FR, es-ES and it-IT.
+const Locale* findKnownLocale(StringView name);  // "pt-BR", "pt_BR", "pt_BR.UTF-8": any case
+const Locale* findKnownLocale(uint32_t lcid);
+
+// A known locale, or one built from the system's locale data for other names; nullopt when the
+// name means nothing to either.
+std::optional<Locale> findLocale(StringView name);
+std::optional<Locale> findLocale(uint32_t lcid);
+
+// The current locale of the calling thread. Until set, it is the locale named by the process
+// environment (falling back to en-US when that names nothing usable).
+const Locale& currentLocale();
+void setCurrentLocale(const Locale& locale);
+
+// Sets the current locale of the thread for a scope and restores the previous one after.
+class ScopedLocale {
+ public:
+  explicit ScopedLocale(const Locale& locale);
+  explicit ScopedLocale(StringView knownName);  // must name a known locale
+  ~ScopedLocale();
+  ScopedLocale(const ScopedLocale&) = delete;
+  ScopedLocale& operator=(const ScopedLocale&) = delete;
+
+ private:
+  Locale previous_;
+};
+
+}  // namespace ravelin
