@@ -1,0 +1,38 @@
+// clsError: a plain holder of one automation error (code, source, description) that client
+// programs carry around and render as one line of text.
+#pragma once
+
+#include <cstdint>
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/text.hpp>
+
+namespace ravelin {
+
+class clsError : public Object {
+ public:
+  clsError() = default;
+
+  StringView className() const override { return u"clsError"; }
+
+  // Stores the three values in the order code, source, description.
+  void init(int32_t vlCode, StringView vsSource, StringView vsDescription);
+
+  // "<code>-<description>", a line break (CR LF), then "<" source ">".
+  String CompleteErrorDescription() const;
+
+  int32_t getCode() const { return code_; }
+  const String& getSource() const { return source_; }
+  const String& getDescription() const { return description_; }
+
+  // Setters used by init; the library uses them, they are not published to callers.
+  void setCode(int32_t code) { code_ = code; }
+  void setSource(StringView source) { source_ = String(source); }
+  void setDescription(StringView description) { description_ = String(description); }
+
+ private:
+  int32_t code_ = 0;
+  String source_;
+  String description_;
+};
+
+}  // namespace ravelin
