@@ -1,0 +1,39 @@
+#include <cstdint>
+#include <ravelin/containers/cls_array_boolean.hpp>
+
+namespace ravelin {
+
+bool clsArrayBoolean::addTo(int16_t viIndex, bool vbValue) {
+  if (viIndex < 0) return false;
+  if (viIndex >= getCount()) {
+    // viIndex + 1 overflows an Integer for the last index: trapped like any other failure.
+    if (viIndex == INT16_MAX) return false;
+    try {
+      allocateSpace(static_cast<int16_t>(viIndex + 1), true);
+    } catch (const AutomationError&) {
+      return false;
+    }
+  }
+  letItem(viIndex, vbValue);
+  return true;
+}
+
+void clsArrayBoolean::allocateSpacePublic(int16_t viSize, bool vbPreserveValues,
+                                          bool vbResetCountVariable) {
+  rebuildStorage(viSize, vbPreserveValues);
+  if (vbResetCountVariable) {
+    setCount(0);
+  } else if (getCount() > viSize) {
+    setCount(viSize);
+  }
+}
+
+void clsArrayBoolean::clear(bool vbValue) {
+  clearWith(vbValue);
+}
+
+String clsArrayBoolean::getItemsAsList() const {
+  return joinItems(5, [](String& out, bool value) { out += value ? u"True" : u"False"; });
+}
+
+}  // namespace ravelin

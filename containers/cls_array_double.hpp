@@ -1,0 +1,44 @@
+// clsArrayDouble: a growable, 0-based list of Double values with 16-bit indexes.
+#pragma once
+
+#include <cstdint>
+#include <ravelin/containers/value_array.hpp>
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/text.hpp>
+
+namespace ravelin {
+
+class clsArrayDouble : public Object, private detail::ValueArray<double> {
+  using Base = detail::ValueArray<double>;
+
+ public:
+  static constexpr StringView kClassName = u"clsArrayDouble";
+
+  // An empty array with 2 slots that grows one slot at a time.
+  clsArrayDouble() : Base(kClassName, 2, 1) {}
+
+  StringView className() const override { return kClassName; }
+
+  // add, setArraySizeWithEmptyValues, clear, item (get and let), getCount, Count, removeItem,
+  // removeLastItem and the refusing copy interface, as every value array has them.
+  using Base::add;
+  using Base::clear;
+  using Base::Count;
+  using Base::getCount;
+  using Base::IObject_copyObject;
+  using Base::IObject_copyToObject;
+  using Base::IObject_generateCopy;
+  using Base::item;
+  using Base::letItem;
+  using Base::removeItem;
+  using Base::removeLastItem;
+  using Base::setArraySizeWithEmptyValues;
+  using Base::slotCount;
+
+  // The values as CStr writes them in the current locale, with every "," of a value turned into
+  // "." so that a decimal comma cannot be mistaken for the separator, joined by "," ("" when
+  // empty).
+  String getItemsAsList() const;
+};
+
+}  // namespace ravelin

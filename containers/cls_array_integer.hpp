@@ -1,0 +1,45 @@
+// clsArrayInteger: a growable, 0-based list of Integer values with 16-bit indexes.
+#pragma once
+
+#include <cstdint>
+#include <ravelin/containers/value_array.hpp>
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/text.hpp>
+
+namespace ravelin {
+
+class clsArrayInteger : public Object, private detail::ValueArray<int16_t> {
+  using Base = detail::ValueArray<int16_t>;
+
+ public:
+  static constexpr StringView kClassName = u"clsArrayInteger";
+
+  // An empty array with 2 slots that grows one slot at a time.
+  clsArrayInteger() : Base(kClassName, 2, 1) {}
+
+  StringView className() const override { return kClassName; }
+
+  // add, setArraySizeWithEmptyValues, clear, item (get and let), getCount, Count, removeItem,
+  // removeLastItem and the refusing copy interface, as every value array has them.
+  using Base::add;
+  using Base::clear;
+  using Base::Count;
+  using Base::getCount;
+  using Base::IObject_copyObject;
+  using Base::IObject_copyToObject;
+  using Base::IObject_generateCopy;
+  using Base::item;
+  using Base::letItem;
+  using Base::removeItem;
+  using Base::removeLastItem;
+  using Base::setArraySizeWithEmptyValues;
+  using Base::slotCount;
+
+  // The values in decimal, joined by "," ("" when empty).
+  String getItemsAsList() const;
+
+  // Sorts the used elements ascending, in place (signed comparison).
+  void orderValuesAsc();
+};
+
+}  // namespace ravelin

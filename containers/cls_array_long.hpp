@@ -1,0 +1,42 @@
+// clsArrayLong: a growable, 0-based list of Long values with 16-bit indexes.
+#pragma once
+
+#include <cstdint>
+#include <ravelin/containers/value_array.hpp>
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/text.hpp>
+
+namespace ravelin {
+
+class clsArrayLong : public Object, private detail::ValueArray<int32_t> {
+  using Base = detail::ValueArray<int32_t>;
+
+ public:
+  static constexpr StringView kClassName = u"clsArrayLong";
+
+  // An empty array with 2 slots that grows one slot at a time.
+  clsArrayLong() : Base(kClassName, 2, 1) {}
+
+  StringView className() const override { return kClassName; }
+
+  // add, setArraySizeWithEmptyValues, clear, item (get and let), getCount, Count, removeItem,
+  // removeLastItem and the refusing copy interface, as every value array has them.
+  using Base::add;
+  using Base::clear;
+  using Base::Count;
+  using Base::getCount;
+  using Base::IObject_copyObject;
+  using Base::IObject_copyToObject;
+  using Base::IObject_generateCopy;
+  using Base::item;
+  using Base::letItem;
+  using Base::removeItem;
+  using Base::removeLastItem;
+  using Base::setArraySizeWithEmptyValues;
+  using Base::slotCount;
+
+  // The values in decimal, joined by "," ("" when empty).
+  String getItemsAsList() const;
+};
+
+}  // namespace ravelin

@@ -1,0 +1,44 @@
+// clsArraySingle: a growable, 0-based list of Single values with 16-bit indexes. It has no
+// removal and no list text, reports bad indexes in the index-and-count style, and accepts the
+// index one past the last element (the spare slot), as its callers rely on.
+#pragma once
+
+#include <ravelin/containers/value_array.hpp>
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/text.hpp>
+
+namespace ravelin {
+
+class clsArraySingle : public Object, private detail::ValueArray<float> {
+  using Base = detail::ValueArray<float>;
+
+ public:
+  static constexpr StringView kClassName = u"clsArraySingle";
+
+  // An empty array with 2 slots that grows one slot at a time.
+  clsArraySingle() : Base(kClassName, 2, 1) {}
+
+  StringView className() const override { return kClassName; }
+
+  // add, setArraySizeWithEmptyValues, getCount, Count and the refusing copy interface, as every
+  // value array has them.
+  using Base::add;
+  using Base::Count;
+  using Base::getCount;
+  using Base::IObject_copyObject;
+  using Base::IObject_copyToObject;
+  using Base::IObject_generateCopy;
+  using Base::setArraySizeWithEmptyValues;
+  using Base::slotCount;
+
+  // The element at viIndex, 0 to count: index count reads the spare slot. Any other index
+  // raises CCEC_InvalidIndex with source "Tarn.Quillmark.Common.getItem()" and description
+  // "Index=<index> getCount()=<count>".
+  float item(int16_t viIndex) const;
+
+  // Replaces the element at viIndex, 0 to count: index count writes the spare slot and leaves
+  // the count alone. Any other index raises as item does, with ".setItem()".
+  void letItem(int16_t viIndex, float value);
+};
+
+}  // namespace ravelin

@@ -1,0 +1,59 @@
+// clsArrayString: a growable, 0-based list of texts with 16-bit indexes, with search by exact
+// text and the (accepting, non-copying) object copy interface.
+#pragma once
+
+#include <cstdint>
+#include <ravelin/containers/value_array.hpp>
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/text.hpp>
+#include <ravelin/frame/variant.hpp>
+#include <utility>
+
+namespace ravelin {
+
+class clsArrayString : public Object, private detail::ValueArray<String> {
+  using Base = detail::ValueArray<String>;
+
+ public:
+  static constexpr StringView kClassName = u"clsArrayString";
+
+  // An empty array with 4 slots that grows two slots at a time.
+  clsArrayString() : Base(kClassName, 4, 2) {}
+
+  StringView className() const override { return kClassName; }
+
+  // setArraySizeWithEmptyValues, clear, item (get and let), getCount, Count, removeItem and
+  // removeLastItem, as every value array has them.
+  using Base::clear;
+  using Base::Count;
+  using Base::getCount;
+  using Base::item;
+  using Base::letItem;
+  using Base::removeItem;
+  using Base::removeLastItem;
+  using Base::setArraySizeWithEmptyValues;
+  using Base::slotCount;
+
+  // Appends a text; true, or false when the array cannot grow (it is then unchanged).
+  bool add(String vsValue) { return Base::add(std::move(vsValue)) >= 0; }
+
+  // True when an element equals vsKey exactly (case-sensitive).
+  bool find(StringView vsKey) const;
+
+  // Removes the last element equal to vsKey exactly; false when there is none. Only one
+  // element is removed per call.
+  bool RemoveItemWithKey(StringView vsKey);
+
+  // Each text wrapped in vsDelimiterChar, joined by ",". Nothing inside the texts is escaped.
+  String getItemsAsList(StringView vsDelimiterChar = u"") const;
+
+  // The object copy interface: this class names itself, accepts copy requests and ignores them,
+  // produces no copy and answers no parameter.
+  String getClassIdAsString() const { return String(kClassName); }
+  void copyObject(const ObjectRef& /*voObjectToCopy*/, int32_t /*vlCopyWhat*/ = -1) {}
+  void copyToObject(const ObjectRef& /*voCopyTo*/, int32_t /*vlCopyWhat*/ = -1) {}
+  ObjectRef generateCopy(int32_t /*vlCopyWhat*/ = -1) { return nullptr; }
+  Variant getParameterValue(StringView /*vsParameterName*/) const { return Variant(); }
+};
+
+}  // namespace ravelin
