@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdint>
 #include <optional>
-
 #include <ravelin/frame/text.hpp>
 
 namespace ravelin {
@@ -16,21 +15,21 @@ enum class DateOrder { MonthDayYear, DayMonthYear, YearMonthDay };
 // picture letters: d dd (day), M MM MMM MMMM (month), yy yyyy (year), h hh H HH (hour, 12 and
 // 24-hour), m mm (minute), s ss (second), tt (AM/PM designator), '...' literals.
 struct Locale {
-  String name;          // "en-US"
-  uint32_t lcid = 0;    // 1033
+  String name;        // "en-US"
+  uint32_t lcid = 0;  // 1033
   String decimalSeparator;
   String thousandsSeparator;
   String currencySymbol;
   String dateSeparator;
   String timeSeparator;
-  String shortDatePattern;  // "M/d/yyyy"
-  String longDatePattern;   // "dddd, MMMM d, yyyy"
-  String timePattern;       // "h:mm:ss tt"
-  String amDesignator;      // "AM"
-  String pmDesignator;      // "PM"
-  std::array<String, 7> dayNames;              // Sunday first
-  std::array<String, 7> abbreviatedDayNames;   // Sunday first
-  std::array<String, 12> monthNames;           // January first
+  String shortDatePattern;                    // "M/d/yyyy"
+  String longDatePattern;                     // "dddd, MMMM d, yyyy"
+  String timePattern;                         // "h:mm:ss tt"
+  String amDesignator;                        // "AM"
+  String pmDesignator;                        // "PM"
+  std::array<String, 7> dayNames;             // Sunday first
+  std::array<String, 7> abbreviatedDayNames;  // Sunday first
+  std::array<String, 12> monthNames;          // January first
   std::array<String, 12> abbreviatedMonthNames;
   int ansiCodePage = 1252;
   int oemCodePage = 437;
@@ -40,32 +39,42 @@ struct Locale {
   bool uses12HourClock() const;
 };
 
+// A system locale name without its encoding and modifier, with "_" written as "-":
+// "pt_BR.UTF-8" and "pt_BR@euro" give "pt-BR". Case is kept.
+String localeBaseName(StringView name);
+
 // The locales the library knows with their Windows settings, whatever the C library offers:
-// at least en-US, en-GB, pt-BR, pt-PT, de-DE, fr-FR, es-ES and it-IT.
-const Locale* findKnownLocale(StringView name);  // "pt-BR", "pt_BR", "pt_BR.UTF-8": any case
+// en-US, en-GB, pt-BR, pt-PT, de-DE, fr-FR, es-ES and it-IT. Names match in any case, with "_"
+// or "-" and with or without an encoding ("pt_BR.UTF-8"); a bare language ("pt", "en") names its
+// main country, as Windows' neutral locales do (pt-BR, en-US, de-DE, fr-FR, es-ES, it-IT).
+// Null when the library does not know the locale.
+const Locale* findKnownLocale(StringView name);
 const Locale* findKnownLocale(uint32_t lcid);
 
 // A known locale, or one built from the system's locale data for other names; nullopt when the
-// name means nothing to either.
+// name means nothing to either. "C" and "POSIX" name en-US.
 std::optional<Locale> findLocale(StringView name);
 std::optional<Locale> findLocale(uint32_t lcid);
 
 // The current locale of the calling thread. Until set, it is the locale named by the process
-// environment (falling back to en-US when that names nothing usable).
+// environment (falling back to en-US when that names nothing usable, or "C").
 const Locale& currentLocale();
 void setCurrentLocale(const Locale& locale);
+// Forgets the thread's setting, so the next read takes the environment's locale again.
+void resetCurrentLocale();
 
 // Sets the current locale of the thread for a scope and restores the previous one after.
 class ScopedLocale {
  public:
   explicit ScopedLocale(const Locale& locale);
-  explicit ScopedLocale(StringView knownName);  // must name a known locale
+  // Raises 5 (invalid procedure call) when the name is not a known locale.
+  explicit ScopedLocale(StringView knownName);
   ~ScopedLocale();
   ScopedLocale(const ScopedLocale&) = delete;
   ScopedLocale& operator=(const ScopedLocale&) = delete;
 
  private:
-  Locale previous_;
+  std::optional<Locale> previous_;  // empty when the thread had not set one
 };
 
 }  // namespace ravelin
