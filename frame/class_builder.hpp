@@ -1,0 +1,238 @@
+// Declares a class's member table next to the class, from its typed C++ members: parameter and
+// result types are read off the member functions, so the table and the code cannot drift.
+//
+//   ClassInfo info = ClassBuilder<clsArrayLong>(u"clsArrayLong")
+//       .method(u"add", &clsArrayLong::add, {u"vlValue"})
+//       .get(u"item", &clsArrayLong::item, {u"viIndex"})
+//       .build();
+//
+// A non-const reference parameter (int16_t&) is published by reference; `optional(name, value)`
+// marks an optional parameter with its default.
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+#include <memory>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/error.hpp>
+#include <ravelin/frame/member_table.hpp>
+
+namespace ravelin {
+
+// The automation type of a C++ parameter or result type, and the conversion of an argument.
+template <typename T>
+struct AutomationType;
+
+#define RAVELIN_AUTOMATION_TYPE(CppType, Tag, Convert)                          \
+  template <>                                                                   \
+  struct AutomationType<CppType> {                                              \
+    static constexpr VarType kType = VarType::Tag;                              \
+    static CppType from(const Variant& value) { return Convert(value); }        \
+  }
+RAVELIN_AUTOMATION_TYPE(int16_t, Integer, CInt);
+RAVELIN_AUTOMATION_TYPE(int32_t, Long, CLng);
+RAVELIN_AUTOMATION_TYPE(uint8_t, Byte, CByte);
+RAVELIN_AUTOMATION_TYPE(bool, Boolean, CBool);
+RAVELIN_AUTOMATION_TYPE(float, Single, CSng);
+RAVELIN_AUTOMATION_TYPE(double, Double, CDbl);
+RAVELIN_AUTOMATION_TYPE(Currency, Currency, CCur);
+RAVELIN_AUTOMATION_TYPE(Date, Date, CDate);
+RAVELIN_AUTOMATION_TYPE(String, String, CStr);
+#undef RAVELIN_AUTOMATION_TYPE
+
+template <>
+struct AutomationType<Variant> {
+  static constexpr VarType kType = VarType::Variant;
+  static Variant from(const Variant& value) { return value; }
+};
+
+// An object parameter takes an object reference or Nothing; anything else is a type mismatch,
+// and so is an object of another class than the parameter's.
+template <typename T>
+struct AutomationType<std::shared_ptr<T>> {
+  static constexpr VarType kType = VarType::Object;
+  static std::shared_ptr<T> from(const Variant& value) {
+    if (!value.isObject()) raiseRuntimeError(vb_error::kTypeMismatch);
+    const ObjectRef& object = value.asObject();
+    if (!object) return nullptr;
+    if constexpr (std::is_same_v<T, Object>) {
+      return object;
+    } else {
+      auto typed = std::dynamic_pointer_cast<T>(object);
+      if (!typed) raiseRuntimeError(vb_error::kTypeMismatch);
+      return typed;
+    }
+  }
+};
+
+// How a parameter is published: its name, and for an optional one its default.
+struct Param {
+  Param(const char16_t* parameterName) : name(parameterName) {}
+  Param(StringView parameterName) : name(parameterName) {}
+  String name;
+  bool optional = false;
+  Variant defaultValue;  // Empty: the type's zero value (or Missing for a Variant)
+};
+
+inline Param optional(StringView name, Variant defaultValue = Variant()) {
+  Param param(name);
+  param.optional = true;
+  param.defaultValue = std::move(defaultValue);
+  return param;
+}
+
+namespace detail {
+
+template <typename A>
+using StorageOf = std::remove_cvref_t<A>;
+
+template <typename A>
+constexpr bool kIsByRef =
+    std::is_lvalue_reference_v<A> && !std::is_const_v<std::remove_reference_t<A>>;
+
+template <typename R>
+Variant toVariant(R&& result) {
+  using Plain = std::remove_cvref_t<R>;
+  if constexpr (std::is_same_v<Plain, Variant>) {
+    return std::forward<R>(result);
+  } else if constexpr (requires { typename Plain::element_type; }) {
+    return Variant(ObjectRef(std::forward<R>(result)));
+  } else {
+    return Variant(std::forward<R>(result));
+  }
+}
+
+template <typename C, typename R, typename... A, typename Call, std::size_t... I>
+Variant invokeConverted(Call& call, C& self, std::span<Variant> arguments,
+                        std::index_sequence<I...>) {
+  std::tuple<StorageOf<A>...> values{AutomationType<StorageOf<A>>::from(arguments[I])...};
+  auto writeBack = [&] {
+    ((kIsByRef<A> ? void(arguments[I] = toVariant(std::get<I>(values))) : void()), ...);
+  };
+  if constexpr (std::is_void_v<R>) {
+    call(self, std::get<I>(values)...);
+    writeBack();
+    return Variant();
+  } else {
+    Variant result = toVariant(call(self, std::get<I>(values)...));
+    writeBack();
+    return result;
+  }
+}
+
+template <typename T>
+struct LambdaSignature;
+template <typename L, typename R, typename C, typename... A>
+struct LambdaSignature<R (L::*)(C&, A...) const> {
+  using Result = R;
+  using Self = C;
+  using Arguments = std::tuple<A...>;
+};
+
+}  // namespace detail
+
+template <typename C>
+class ClassBuilder {
+ public:
+  // A creatable class gets a factory that default-constructs it.
+  explicit ClassBuilder(StringView name, bool creatable = true)
+      : info_(String(name), creatable ? ClassInfo::Factory([] { return ObjectRef(std::make_shared<C>()); })
+                                      : ClassInfo::Factory()) {}
+
+  template <typename Fn>
+  ClassBuilder& method(StringView name, Fn fn, std::initializer_list<Param> params = {}) {
+    return add(MemberKind::Method, name, fn, params);
+  }
+  template <typename Fn>
+  ClassBuilder& get(StringView name, Fn fn, std::initializer_list<Param> params = {}) {
+    return add(MemberKind::PropertyGet, name, fn, params);
+  }
+  // A property let: the last parameter of the function is the assigned value.
+  template <typename Fn>
+  ClassBuilder& let(StringView name, Fn fn, std::initializer_list<Param> params = {}) {
+    return add(MemberKind::PropertyLet, name, fn, params);
+  }
+  template <typename Fn>
+  ClassBuilder& set(StringView name, Fn fn, std::initializer_list<Param> params = {}) {
+    return add(MemberKind::PropertySet, name, fn, params);
+  }
+
+  ClassInfo build() { return std::move(info_); }
+
+ private:
+  template <typename R, typename... A>
+  ClassBuilder& add(MemberKind kind, StringView name, R (C::*fn)(A...),
+                    std::initializer_list<Param> params) {
+    return addCall<R, A...>(kind, name, params, [fn](C& self, A... a) -> R {
+      return (self.*fn)(std::forward<A>(a)...);
+    });
+  }
+  template <typename R, typename... A>
+  ClassBuilder& add(MemberKind kind, StringView name, R (C::*fn)(A...) const,
+                    std::initializer_list<Param> params) {
+    return addCall<R, A...>(kind, name, params, [fn](C& self, A... a) -> R {
+      return (self.*fn)(std::forward<A>(a)...);
+    });
+  }
+  // A lambda taking the object first: [](C& self, int16_t index) { ... }.
+  template <typename L>
+  ClassBuilder& add(MemberKind kind, StringView name, L lambda, std::initializer_list<Param> params) {
+    using Signature = detail::LambdaSignature<decltype(&L::operator())>;
+    return [&]<typename... A>(std::tuple<A...>*) -> ClassBuilder& {
+      return addCall<typename Signature::Result, A...>(kind, name, params, lambda);
+    }(static_cast<typename Signature::Arguments*>(nullptr));
+  }
+
+  template <typename R, typename... A, typename Call>
+  ClassBuilder& addCall(MemberKind kind, StringView name, std::initializer_list<Param> params,
+                        Call call) {
+    MemberInfo member;
+    member.name = String(name);
+    member.kind = kind;
+    member.resultType = resultTypeOf<R>();
+    std::array<VarType, sizeof...(A)> types{AutomationType<detail::StorageOf<A>>::kType...};
+    std::array<bool, sizeof...(A)> byRef{detail::kIsByRef<A>...};
+    // Unnamed trailing parameters (the value of a property let) get a generic name.
+    auto param = params.begin();
+    for (std::size_t i = 0; i < sizeof...(A); ++i) {
+      ParameterInfo info;
+      info.type = types[i];
+      info.byRef = byRef[i];
+      if (param != params.end()) {
+        info.name = param->name;
+        info.optional = param->optional;
+        info.defaultValue = param->defaultValue;
+        ++param;
+      } else {
+        info.name = u"value";
+      }
+      if (info.optional && info.defaultValue.isEmpty()) {
+        info.defaultValue = info.type == VarType::Variant ? Variant::missing() : zeroValueOf(info.type);
+      }
+      member.parameters.push_back(std::move(info));
+    }
+    member.invoke = [call](Object& self, std::span<Variant> arguments) mutable -> Variant {
+      return detail::invokeConverted<C, R, A...>(call, static_cast<C&>(self), arguments,
+                                                 std::index_sequence_for<A...>{});
+    };
+    info_.addMember(std::move(member));
+    return *this;
+  }
+
+  template <typename R>
+  static constexpr VarType resultTypeOf() {
+    if constexpr (std::is_void_v<R>) {
+      return VarType::Empty;
+    } else {
+      return AutomationType<std::remove_cvref_t<R>>::kType;
+    }
+  }
+
+  ClassInfo info_;
+};
+
+}  // namespace ravelin

@@ -1,0 +1,63 @@
+#include <ravelin/frame/dispatch.hpp>
+#include <ravelin/frame/error.hpp>
+
+namespace ravelin {
+namespace {
+
+constexpr int32_t kNamedArgumentNotFound = 448;
+
+}  // namespace
+
+Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
+                   std::span<CallArgument> arguments, const ClassRegistry& registry) {
+  if (!object) raiseRuntimeError(vb_error::kObjectNotSet);
+  const ClassInfo* info = registry.classOf(*object);
+  const MemberInfo* member = info != nullptr ? info->find(name, kind) : nullptr;
+  if (member == nullptr) raiseRuntimeError(vb_error::kMemberNotSupported);
+  return callMember(*object, *member, arguments);
+}
+
+Variant callMember(Object& object, const MemberInfo& member, std::span<CallArgument> arguments) {
+  const auto& parameters = member.parameters;
+  std::vector<Variant> values(parameters.size());
+  std::vector<CallArgument*> boundFrom(parameters.size(), nullptr);
+
+  std::size_t position = 0;
+  for (auto& argument : arguments) {
+    std::size_t slot;
+    if (argument.name.empty()) {
+      slot = position++;
+      if (slot >= parameters.size()) raiseRuntimeError(vb_error::kWrongArgumentCount);
+    } else {
+      slot = parameters.size();
+      for (std::size_t i = 0; i < parameters.size(); ++i) {
+        if (equalsIgnoreCase(parameters[i].name, argument.name)) slot = i;
+      }
+      if (slot == parameters.size()) {
+        raiseError(kNamedArgumentNotFound, String(kRuntimeErrorSource),
+                   u"Named argument not found");
+      }
+      if (boundFrom[slot] != nullptr) raiseRuntimeError(vb_error::kWrongArgumentCount);
+    }
+    if (argument.omitted) continue;
+    boundFrom[slot] = &argument;
+    values[slot] = argument.value;
+  }
+
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
+    if (boundFrom[i] != nullptr) continue;
+    if (!parameters[i].optional) raiseRuntimeError(vb_error::kArgumentNotOptional);
+    values[i] = parameters[i].defaultValue;
+  }
+
+  Variant result = member.invoke(object, values);
+
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
+    if (parameters[i].byRef && boundFrom[i] != nullptr && boundFrom[i]->variable != nullptr) {
+      *boundFrom[i]->variable = std::move(values[i]);
+    }
+  }
+  return result;
+}
+
+}  // namespace ravelin

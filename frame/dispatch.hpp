@@ -1,0 +1,49 @@
+// Late-bound calls: a member of an object called by name, with positional, named, omitted and
+// by-reference arguments, as an automation client calls through a dispatch interface.
+#pragma once
+
+#include <span>
+#include <utility>
+
+#include <ravelin/frame/class_registry.hpp>
+
+namespace ravelin {
+
+// One argument of a late-bound call.
+struct CallArgument {
+  CallArgument(Variant argumentValue, Variant* callerVariable = nullptr)
+      : value(std::move(argumentValue)), variable(callerVariable) {}
+  static CallArgument named(StringView argumentName, Variant argumentValue,
+                            Variant* callerVariable = nullptr) {
+    CallArgument argument(std::move(argumentValue), callerVariable);
+    argument.name = String(argumentName);
+    return argument;
+  }
+  static CallArgument omittedArgument() {
+    CallArgument argument{Variant()};
+    argument.omitted = true;
+    return argument;
+  }
+
+  Variant value;
+  // The caller's variable behind the argument, or null for an expression. A by-reference
+  // parameter writes its final value back into it.
+  Variant* variable = nullptr;
+  // The name of a named argument (name:=value); empty for a positional one.
+  String name;
+  // An omitted positional argument (f(a, , c)): the parameter's default applies.
+  bool omitted = false;
+};
+
+// Calls member `name` of kind `kind` on `object` through the registry's member table.
+// Errors: 91 for Nothing, 438 for an unknown member, 450 for too many arguments, 448 for an
+// unknown named argument, 449 for a missing required one, and the conversion errors (13, 6, 94)
+// of an argument that does not fit its declared type.
+Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
+                   std::span<CallArgument> arguments,
+                   const ClassRegistry& registry = ClassRegistry::library());
+
+// Binds the arguments of a call to the member's parameters and calls it.
+Variant callMember(Object& object, const MemberInfo& member, std::span<CallArgument> arguments);
+
+}  // namespace ravelin

@@ -1,0 +1,31 @@
+#include <ravelin/frame/member_table.hpp>
+
+namespace ravelin {
+
+ClassInfo::ClassInfo(String name, Factory factory)
+    : name_(std::move(name)), factory_(std::move(factory)) {}
+
+void ClassInfo::addMember(MemberInfo member) {
+  auto [entry, inserted] =
+      index_.try_emplace(toUpper(member.name), std::array<int, 4>{-1, -1, -1, -1});
+  int& slot = entry->second[static_cast<std::size_t>(member.kind)];
+  if (slot >= 0) {
+    members_[static_cast<std::size_t>(slot)] = std::move(member);
+  } else {
+    slot = static_cast<int>(members_.size());
+    members_.push_back(std::move(member));
+  }
+}
+
+const MemberInfo* ClassInfo::find(StringView name, MemberKind kind) const {
+  auto entry = index_.find(toUpper(name));
+  if (entry == index_.end()) return nullptr;
+  int slot = entry->second[static_cast<std::size_t>(kind)];
+  return slot < 0 ? nullptr : &members_[static_cast<std::size_t>(slot)];
+}
+
+bool ClassInfo::hasMember(StringView name) const {
+  return index_.contains(toUpper(name));
+}
+
+}  // namespace ravelin

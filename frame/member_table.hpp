@@ -1,0 +1,81 @@
+// Member tables: what late-bound callers can see of a class (each member's name, kind,
+// parameters and result) and how to call it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/variant.hpp>
+
+namespace ravelin {
+
+enum class MemberKind : uint8_t { Method, PropertyGet, PropertyLet, PropertySet };
+
+struct ParameterInfo {
+  String name;
+  VarType type = VarType::Variant;  // Object for object references
+  bool optional = false;
+  bool byRef = false;
+  // The value an omitted optional parameter receives: the declared default, else the type's
+  // zero value, or the missing-argument marker for an optional Variant.
+  Variant defaultValue;
+};
+
+// Calls the member with one value per declared parameter. The values arrive as the caller gave
+// them and are converted to the declared types inside; by-reference parameters are written back
+// into `arguments` after the call, converted as the member left them.
+using MemberInvoker = std::function<Variant(Object& self, std::span<Variant> arguments)>;
+
+struct MemberInfo {
+  String name;
+  MemberKind kind = MemberKind::Method;
+  std::vector<ParameterInfo> parameters;
+  VarType resultType = VarType::Empty;  // Empty: the member returns nothing
+  MemberInvoker invoke;
+};
+
+// A public enumeration: its name and its members' names and values, in declaration order.
+struct EnumInfo {
+  String name;
+  std::vector<std::pair<String, int32_t>> values;
+};
+
+// One public class: its name, how to create it, and its members.
+class ClassInfo {
+ public:
+  using Factory = std::function<ObjectRef()>;
+
+  // A class without a factory is not creatable by name (it can still be called by name).
+  ClassInfo(String name, Factory factory);
+
+  const String& name() const { return name_; }
+  bool creatable() const { return static_cast<bool>(factory_); }
+  ObjectRef create() const { return factory_ ? factory_() : nullptr; }
+
+  // Adds a member; a second member of the same name and kind replaces the first, so a class's
+  // own member wins over one that a shared interface added before it.
+  void addMember(MemberInfo member);
+
+  // The member of that name and kind, names compared without regard to case; null if none.
+  const MemberInfo* find(StringView name, MemberKind kind) const;
+  // Whether any member of any kind has that name.
+  bool hasMember(StringView name) const;
+
+  // All members in the order they were added.
+  const std::vector<MemberInfo>& members() const { return members_; }
+
+ private:
+  String name_;
+  Factory factory_;
+  std::vector<MemberInfo> members_;
+  // Upper-case name -> index into members_ for each kind (-1 when absent).
+  std::unordered_map<String, std::array<int, 4>> index_;
+};
+
+}  // namespace ravelin
