@@ -272,20 +272,31 @@ Locale localeFromData(const CLocale& data, const String& name) {
   return locale;
 }
 
+// "pt_br" as the C library writes its names: language in lower case, territory in upper case.
+std::string systemCase(std::string base) {
+  const auto underscore = base.find('_');
+  if (underscore == std::string::npos) return base;
+  for (std::size_t i = 0; i < base.size(); ++i) {
+    const char c = base[i];
+    if (i < underscore && c >= 'A' && c <= 'Z') base[i] = static_cast<char>(c - 'A' + 'a');
+    if (i > underscore && c >= 'a' && c <= 'z') base[i] = static_cast<char>(c - 'a' + 'A');
+  }
+  return base;
+}
+
 // The names to try for a locale: its UTF-8 forms first, so the data comes as UTF-8, then the
 // name as given ("de_DE@euro" in ISO-8859-15).
 std::vector<std::string> candidateNames(const std::string& name) {
-  std::string base = name.substr(0, name.find_first_of(".@"));
+  const auto baseEnd = name.find_first_of(".@");
+  std::string base = name.substr(0, baseEnd);
   for (char& c : base) {
     if (c == '-') c = '_';
   }
+  base = systemCase(base);
+  const std::string suffix = baseEnd == std::string::npos ? std::string() : name.substr(baseEnd);
   std::string modifier;
   if (auto at = name.find('@'); at != std::string::npos) modifier = name.substr(at);
-  std::string given = name;
-  for (std::size_t i = 0; i < given.size() && given[i] != '.' && given[i] != '@'; ++i) {
-    if (given[i] == '-') given[i] = '_';
-  }
-  return {base + ".UTF-8" + modifier, base + ".utf8" + modifier, given};
+  return {base + ".UTF-8" + modifier, base + ".utf8" + modifier, base + suffix, name};
 }
 
 class PosixLocaleSystem final : public LocaleSystem {
@@ -304,7 +315,7 @@ class PosixLocaleSystem final : public LocaleSystem {
       return std::nullopt;
     for (const std::string& candidate : candidateNames(utf8)) {
       CLocale data(candidate);
-      if (data) return localeFromData(data, localeBaseName(name));
+      if (data) return localeFromData(data, localeBaseName(fromUtf8(systemCase(candidate))));
     }
     return std::nullopt;
   }
