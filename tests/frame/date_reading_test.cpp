@@ -1,0 +1,245 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <ravelin/frame/date_time.hpp>
+#include <ravelin/frame/error.hpp>
+
+namespace ravelin {
+namespace {
+
+Locale usEnglish() {
+  Locale locale;
+  locale.name = u"en-US";
+  locale.dateSeparator = u"/";
+  locale.timeSeparator = u":";
+  locale.shortDatePattern = u"M/d/yyyy";
+  locale.timePattern = u"h:mm:ss tt";
+  locale.amDesignator = u"AM";
+  locale.pmDesignator = u"PM";
+  locale.dayNames = {u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
+                     u"Thursday", u"Friday", u"Saturday"};
+  locale.abbreviatedDayNames = {u"Sun", u"Mon", u"Tue", u"Wed", u"Thu", u"Fri", u"Sat"};
+  locale.monthNames = {u"January", u"February", u"March",     u"April",   u"May",      u"June",
+                       u"July",    u"August",   u"September", u"October", u"November", u"December"};
+  locale.abbreviatedMonthNames = {u"Jan", u"Feb", u"Mar", u"Apr", u"May", u"Jun",
+                                  u"Jul", u"Aug", u"Sep", u"Oct", u"Nov", u"Dec"};
+  return locale;
+}
+
+Locale brazilianPortuguese() {
+  Locale locale = usEnglish();
+  locale.name = u"pt-BR";
+  locale.shortDatePattern = u"dd/MM/yyyy";
+  locale.timePattern = u"HH:mm:ss";
+  locale.dayNames = {u"domingo",      u"segunda-feira", u"terça-feira", u"quarta-feira",
+                     u"quinta-feira", u"sexta-feira",   u"sábado"};
+  locale.abbreviatedDayNames = {u"dom", u"seg", u"ter", u"qua", u"qui", u"sex", u"sáb"};
+  locale.monthNames = {u"janeiro", u"fevereiro", u"março",    u"abril",   u"maio",     u"junho",
+                       u"julho",   u"agosto",    u"setembro", u"outubro", u"novembro", u"dezembro"};
+  locale.abbreviatedMonthNames = {u"jan", u"fev", u"mar", u"abr", u"mai", u"jun",
+                                  u"jul", u"ago", u"set", u"out", u"nov", u"dez"};
+  return locale;
+}
+
+Locale german() {
+  Locale locale = usEnglish();
+  locale.name = u"de-DE";
+  locale.dateSeparator = u".";
+  locale.shortDatePattern = u"dd.MM.yyyy";
+  locale.timePattern = u"HH:mm:ss";
+  locale.amDesignator.clear();
+  locale.pmDesignator.clear();
+  locale.monthNames = {u"Januar", u"Februar", u"März",      u"April",   u"Mai",      u"Juni",
+                       u"Juli",   u"August",  u"September", u"Oktober", u"November", u"Dezember"};
+  locale.abbreviatedMonthNames = {u"Jan", u"Feb", u"Mär", u"Apr", u"Mai", u"Jun",
+                                  u"Jul", u"Aug", u"Sep", u"Okt", u"Nov", u"Dez"};
+  return locale;
+}
+
+// A row's expected date; year 0 means the text is no date.
+struct Expected {
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+};
+constexpr Expected kNoDate{};
+constexpr Expected kTimeOnly(int hour, int minute, int second) {
+  return {1899, 12, 30, hour, minute, second};
+}
+
+struct Row {
+  std::u16string_view text;
+  Expected expected;
+};
+
+void checkRows(const Locale& locale, std::initializer_list<Row> rows) {
+  for (const Row& row : rows) {
+    SCOPED_TRACE(toUtf8(locale.name) + " \"" + toUtf8(row.text) + "\"");
+    const Expected& e = row.expected;
+    EXPECT_EQ(isDateText(row.text, locale), e.year != 0);
+    try {
+      const Date date = parseDate(row.text, locale);
+      if (e.year == 0) {
+        ADD_FAILURE() << "read as " << date.serial;
+      } else {
+        EXPECT_EQ(date.serial, makeDate(e.year, e.month, e.day, e.hour, e.minute, e.second).serial);
+      }
+    } catch (const AutomationError& error) {
+      EXPECT_EQ(e.year, 0) << error.what();
+      EXPECT_EQ(error.number(), 13);
+    }
+  }
+}
+
+TEST(ParseDate, NumbersInTheLocaleOrder) {
+  checkRows(usEnglish(), {
+                             {u"3/2/2010", {2010, 3, 2}},
+                             {u"3-2-2010", {2010, 3, 2}},
+                             {u"3.2.2010", {2010, 3, 2}},
+                             {u"3 2 2010", {2010, 3, 2}},
+                             {u" \t03/02/2010  ", {2010, 3, 2}},
+                             {u"2010-03-02", {2010, 3, 2}},
+                             {u"2010/3/2", {2010, 3, 2}},
+                             {u"13/1/2010", {2010, 1, 13}},  // month 13 swaps with the day
+                             {u"13/13/2010", kNoDate},
+                             {u"2/30/2010", kNoDate},
+                             {u"2/29/2012", {2012, 2, 29}},
+                             {u"2/29/2000", {2000, 2, 29}},
+                             {u"2/29/1900", kNoDate},
+                             {u"2/29/2100", kNoDate},
+                             {u"3/2/10", {2010, 3, 2}},
+                             {u"3/2/29", {2029, 3, 2}},
+                             {u"3/2/30", {1930, 3, 2}},
+                             {u"3/2/99", {1999, 3, 2}},
+                             {u"3/2/0", {2000, 3, 2}},
+                             {u"1/1/100", {100, 1, 1}},
+                             {u"12/31/9999", {9999, 12, 31}},
+                             {u"1/1/099", kNoDate},
+                             {u"1/1/10000", kNoDate},
+                             {u"12/29/1899", {1899, 12, 29}},
+                             {u"3/2010", {2010, 3, 1}},
+                             {u"2010/3", {2010, 3, 1}},
+                             {u"0/0/0", kNoDate},
+                             {u"3//2/2010", kNoDate},
+                             {u"/3/2/2010", kNoDate},
+                             {u"3/2/2010.", kNoDate},
+                             {u"3/2/2010/5", kNoDate},
+                             {u"2010", kNoDate},
+                             {u"", kNoDate},
+                             {u"   ", kNoDate},
+                             {u"-3/2/2010", kNoDate},
+                         });
+  checkRows(brazilianPortuguese(), {
+                                       {u"02/03/2010", {2010, 3, 2}},
+                                       {u"2-3-10", {2010, 3, 2}},
+                                       {u"2010-03-02", {2010, 3, 2}},
+                                       {u"1/13/2010", {2010, 1, 13}},
+                                   });
+  checkRows(german(), {
+                          {u"02.03.2010", {2010, 3, 2}},
+                          {u"2010-03-02", {2010, 3, 2}},
+                      });
+}
+
+TEST(ParseDate, MonthAndDayNames) {
+  checkRows(usEnglish(), {
+                             {u"2 March 2010", {2010, 3, 2}},
+                             {u"March 2, 2010", {2010, 3, 2}},
+                             {u"Mar 2, 2010", {2010, 3, 2}},
+                             {u"Mar. 2, 2010", {2010, 3, 2}},
+                             {u"2-mar-2010", {2010, 3, 2}},
+                             {u"MARCH 2 10", {2010, 3, 2}},
+                             {u"2010 March 2", {2010, 3, 2}},
+                             {u"Tuesday, March 2, 2010", {2010, 3, 2}},
+                             {u"March 2010", {2010, 3, 1}},
+                             {u"Feb 29 2010", kNoDate},
+                             {u"March", kNoDate},
+                             {u"March April 2010", kNoDate},
+                             {u"Marc 2 2010", kNoDate},
+                             {u"Tuesday", kNoDate},
+                             {u"2 Mars 2010", kNoDate},
+                         });
+  checkRows(brazilianPortuguese(), {
+                                       {u"2 março 2010", {2010, 3, 2}},
+                                       {u"2 MARÇO 2010", {2010, 3, 2}},
+                                       {u"2-fev-2010", {2010, 2, 2}},
+                                       {u"terça-feira, 2 março 2010", {2010, 3, 2}},
+                                       {u"2 March 2010", {2010, 3, 2}},
+                                   });
+  checkRows(german(), {
+                          {u"2. März 2010", {2010, 3, 2}},
+                          {u"2.Mär.2010", {2010, 3, 2}},
+                      });
+}
+
+TEST(ParseDate, TimesAloneAndWithDates) {
+  checkRows(usEnglish(), {
+                             {u"14:05:09", kTimeOnly(14, 5, 9)},
+                             {u"14:05", kTimeOnly(14, 5, 0)},
+                             {u"2:05 PM", kTimeOnly(14, 5, 0)},
+                             {u"2:05pm", kTimeOnly(14, 5, 0)},
+                             {u"2 PM", kTimeOnly(14, 0, 0)},
+                             {u"12:00:00 AM", kTimeOnly(0, 0, 0)},
+                             {u"12:30 PM", kTimeOnly(12, 30, 0)},
+                             {u"0:00", kTimeOnly(0, 0, 0)},
+                             {u"23:59:59", kTimeOnly(23, 59, 59)},
+                             {u"3/2/2010 14:05:09", {2010, 3, 2, 14, 5, 9}},
+                             {u"3/2/2010 2:05:09 PM", {2010, 3, 2, 14, 5, 9}},
+                             {u"March 2, 2010 2:05 PM", {2010, 3, 2, 14, 5, 0}},
+                             {u"2010-03-02 14:05:09", {2010, 3, 2, 14, 5, 9}},
+                             {u"14:05 3/2/2010", {2010, 3, 2, 14, 5, 0}},
+                             {u"12/29/1899 6:00 AM", {1899, 12, 29, 6, 0, 0}},
+                             {u"24:00", kNoDate},
+                             {u"12:60", kNoDate},
+                             {u"12:00:60", kNoDate},
+                             {u"13:00 PM", kNoDate},
+                             {u"14:05:09:01", kNoDate},
+                             {u"14 : 05", kNoDate},
+                             {u"14:05 PM PM", kNoDate},
+                             {u"PM", kNoDate},
+                             {u"3/2/2010 14:05 3/2/2010", kNoDate},
+                             {u"3/2/2010/14:05", kNoDate},
+                             {u"14:05 15:06", kNoDate},
+                             {u"2 PM 3", kNoDate},
+                             {u"3/2 PM/2010", kNoDate},
+                         });
+  checkRows(german(), {
+                          {u"02.03.2010 14:05", {2010, 3, 2, 14, 5, 0}},
+                          {u"2 PM", kTimeOnly(14, 0, 0)},  // English designators always count
+                      });
+}
+
+TEST(ParseDate, MissingYearIsTheCurrentYear) {
+  const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
+  const int year = static_cast<int>(std::chrono::year_month_day{today}.year());
+  checkRows(usEnglish(), {{u"3/2", {year, 3, 2}}, {u"March 2", {year, 3, 2}}});
+  checkRows(brazilianPortuguese(), {{u"2/3", {year, 3, 2}}});
+}
+
+TEST(ParseDate, LongTextIsRejectedQuickly) {
+  const Locale us = usEnglish();
+  for (const char16_t unit : {u'1', u' ', u'/', u'a', u'M'}) {
+    const String text(1'000'000, unit);
+    EXPECT_FALSE(isDateText(text, us));
+  }
+  EXPECT_FALSE(isDateText(u"3/2/2010" + String(1'000'000, u' ') + u"x", us));
+  EXPECT_TRUE(isDateText(u"3/2/2010" + String(1'000'000, u' '), us));
+}
+
+TEST(ParseDate, ReadsBackTheTextOfDates) {
+  for (const Locale& locale : {usEnglish(), brazilianPortuguese(), german()}) {
+    SCOPED_TRACE(toUtf8(locale.name));
+    int failures = 0;
+    for (double serial = makeDate(1930, 1, 1).serial; serial < makeDate(2030, 1, 1).serial;
+         serial += 3.0 + 7919.0 / 86400) {
+      const DateParts parts = splitDate(Date{serial});
+      for (const Date date :
+           {makeDate(parts.year, parts.month, parts.day, parts.hour, parts.minute, parts.second),
+            makeDate(parts.year, parts.month, parts.day)}) {
+        const String text = textOfDate(date, locale);
+        if (parseDate(text, locale) != date && ++failures <= 5) ADD_FAILURE() << toUtf8(text);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ravelin
