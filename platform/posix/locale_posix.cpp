@@ -221,12 +221,14 @@ String longDateFor(DateOrder order) {
   }
 }
 
+#if defined(ALTMON_1)
 // The text of a numbered item, the alternative (nominative) form first where the C library has
 // one, since Windows' month names are nominative.
 std::string itemPreferringAlternative(const CLocale& locale, nl_item alternative, nl_item item) {
   std::string value = locale.item(alternative);
   return value.empty() ? locale.item(item) : value;
 }
+#endif
 
 Locale localeFromData(const CLocale& data, const String& name) {
   const DataText text(data.item(CODESET));
