@@ -13,11 +13,14 @@ namespace ravelin {
 bool isSupportedCodePage(int codePage);
 
 // Text to bytes. A unit that the code page cannot represent becomes '?', the system's default
-// character (best-fit mappings are not applied). Raises 5 for an unsupported code page.
+// character (best-fit mappings are not applied). Single-byte pages write one byte per unit, so a
+// surrogate pair becomes "??" and widths counted in units hold. UTF-8 writes a lone surrogate as
+// U+FFFD. Raises 5 for an unsupported code page.
 std::string encode(StringView text, int codePage);
 
 // Bytes to text. Bytes that the code page leaves undefined map to the same-numbered control
-// unit, as the system does for Windows-1252. Raises 5 for an unsupported code page.
+// unit, as the system does for Windows-1252; US-ASCII reads a byte above 0x7F without its high
+// bit; malformed UTF-8 becomes U+FFFD. Raises 5 for an unsupported code page.
 String decode(std::string_view bytes, int codePage);
 
 }  // namespace ravelin

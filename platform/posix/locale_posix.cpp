@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <ravelin/platform/locale.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ravelin::platform {
