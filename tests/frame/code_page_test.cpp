@@ -67,6 +67,8 @@ TEST(CodePageTest, ConvertsWholeTexts) {
   EXPECT_EQ(decode("S\xC6o Jo\xC6o", 850), u"S\u00E3o Jo\u00E3o");
   // A surrogate pair is two units, so a single-byte page writes two default characters.
   EXPECT_EQ(encode(u"a\U0001F600b", 1252), "a??b");
+  // US-ASCII reads a byte above 0x7F without its high bit, as the system's table does.
+  EXPECT_EQ(decode("caf\xE9", 20127), u"cafi");
   EXPECT_EQ(encode(u"", 437), "");
   EXPECT_EQ(decode("", 850), u"");
   // Embedded zero bytes are text like any other.
