@@ -114,4 +114,60 @@ String textOfCurrency(Currency value, const Locale& locale) {
   return out;
 }
 
+namespace {
+
+// The invariant settings Str writes with.
+const Locale& invariantNumbers() {
+  static const Locale locale = [] {
+    Locale l;
+    l.decimalSeparator = u".";
+    return l;
+  }();
+  return locale;
+}
+
+// Str's form of an invariant number text: a blank for the sign of a non-negative number, and
+// no zero before the point (" .5", "-.5").
+String strForm(String text) {
+  const bool negative = !text.empty() && text[0] == u'-';
+  const std::size_t start = negative ? 1 : 0;
+  if (text.compare(start, 2, u"0.") == 0) text.erase(start, 1);
+  if (!negative) text.insert(text.begin(), u' ');
+  return text;
+}
+
+}  // namespace
+
+String Str(const Variant& number) {
+  const Locale& invariant = invariantNumbers();
+  switch (number.type()) {
+    case VarType::Null:
+      raiseRuntimeError(vb_error::kInvalidUseOfNull);
+    case VarType::Empty:
+      return u" 0";
+    // Str(True) is "True": the runtime writes a Boolean by name, without the sign blank.
+    case VarType::Boolean:
+      return number.asBoolean() ? u"True" : u"False";
+    case VarType::Integer:
+    case VarType::Long:
+    case VarType::Byte:
+      return strForm(textOfDouble(CDbl(number), invariant));
+    case VarType::Single:
+      return strForm(textOfSingle(number.asSingle(), invariant));
+    case VarType::Double:
+      return strForm(textOfDouble(number.asDouble(), invariant));
+    case VarType::Currency:
+      return strForm(textOfCurrency(number.asCurrency(), invariant));
+    // A date is written as its serial number (noon is " .5"): wherever a number is expected,
+    // the library takes a date as its serial, and the SQL time literals rely on this.
+    case VarType::Date:
+      return strForm(textOfDouble(number.asDate().serial, invariant));
+    // Text is read as CDbl reads it, in the current locale, then written as a Double.
+    case VarType::String:
+      return strForm(textOfDouble(parseDouble(number.asString()), invariant));
+    default:
+      raiseRuntimeError(vb_error::kTypeMismatch);
+  }
+}
+
 }  // namespace ravelin
