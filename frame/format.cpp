@@ -189,10 +189,8 @@ String twoWords(const Variant& value, StringView nonZero, StringView zero, const
   return String(number->isZero() ? zero : nonZero);
 }
 
-// "Currency": two decimals, grouping and the locale's symbol. Windows places the symbol per
-// locale; the library knows these placements: en-US "$1,234.50" and "($1,234.50)"; other
-// English locales "£1,234.50" and "-£1,234.50"; pt-BR "R$ 1.234,50" and "-R$ 1.234,50"; every
-// other locale "1.234,50 €" and "-1.234,50 €".
+// "Currency": two decimals, grouping and the locale's symbol where Windows puts it for the
+// locale (see format.hpp).
 String currencyFormat(const Locale& locale) {
   String symbol;
   for (char16_t unit : locale.currencySymbol) {
@@ -236,6 +234,7 @@ String formatWith(const Variant& value, StringView format, FormatKind kind, int 
   }
   const ParsedFormat parsed = detail::parseFormat(format, kind);
   String out;
+  out.reserve(format.size() + 24);
   switch (kind) {
     case FormatKind::Number: {
       if (value.isNull()) {
@@ -296,8 +295,11 @@ String Format(const Variant& value, StringView format, int firstDayOfWeek, int f
   auto asDate = [&](StringView pattern) {
     return formatWith(value, pattern, FormatKind::Date, firstDayOfWeek, firstWeekOfYear, locale);
   };
-  // The named formats are 5 to 14 units long; other formats skip the comparisons.
-  if (format.size() >= 5 && format.size() <= 14) {
+  // The named formats are 5 to 14 units long and start with a letter; other formats skip the
+  // comparisons.
+  const char16_t first = format[0];
+  if (format.size() >= 5 && format.size() <= 14 &&
+      ((first >= u'A' && first <= u'Z') || (first >= u'a' && first <= u'z'))) {
     if (named(u"General Number")) return generalNumber(value, locale);
     if (named(u"Currency")) return asNumber(currencyFormat(locale));
     if (named(u"Fixed")) return asNumber(u"0.00");
