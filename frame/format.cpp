@@ -314,7 +314,11 @@ String Format(const Variant& value, StringView format, int firstDayOfWeek, int f
     if (named(u"Medium Date")) return asDate(u"dd-mmm-yy");
     if (named(u"Short Date")) return asDate(u"ddddd");
     if (named(u"Long Time")) return asDate(u"ttttt");
-    if (named(u"Medium Time")) return asDate(u"hh:nn AMPM");
+    if (named(u"Medium Time")) {
+      // A locale without AM/PM designators keeps its 24-hour clock.
+      bool designators = !locale.amDesignator.empty() || !locale.pmDesignator.empty();
+      return asDate(designators ? u"hh:nn AMPM" : u"hh:nn");
+    }
     if (named(u"Short Time")) return asDate(u"hh:nn");
   }
   return formatWith(value, format, detail::classifyFormat(format), firstDayOfWeek, firstWeekOfYear,

@@ -37,10 +37,11 @@ namespace ravelin {
 //
 // Named formats (any case): General Number, Currency, Fixed, Standard, Percent, Scientific,
 // Yes/No, True/False, On/Off, General Date, Long Date, Medium Date ("dd-mmm-yy"), Short Date,
-// Long Time, Medium Time ("hh:nn AMPM"), Short Time ("hh:nn"). Currency has two decimals,
-// grouping and the locale's symbol, placed as Windows places it for the locale: en-US
-// "$1,234.50" and "($1,234.50)"; other English locales the symbol first and "-" for negatives;
-// pt-BR "R$ 1.234,50" and "-R$ 1.234,50"; all other locales the number, a blank and the symbol.
+// Long Time, Medium Time ("hh:nn AMPM", or "hh:nn" for a locale without designators), Short
+// Time ("hh:nn"). Currency has two decimals, grouping and the locale's symbol, placed as Windows
+// places it for the locale: en-US "$1,234.50" and "($1,234.50)"; other English locales the
+// symbol first and "-" for negatives; pt-BR "R$ 1.234,50" and "-R$ 1.234,50"; all other locales
+// the number, a blank and the symbol.
 //
 // An empty format gives CStr of the value in the locale, and "" for Empty and Null. Null gives
 // "" unless a section serves it. Objects, arrays and error values raise 13; options outside

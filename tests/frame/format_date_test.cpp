@@ -36,6 +36,8 @@ Locale germany() {
   locale.dateSeparator = u".";
   locale.shortDatePattern = u"dd.MM.yyyy";
   locale.timePattern = u"HH:mm:ss";
+  locale.amDesignator.clear();
+  locale.pmDesignator.clear();
   locale.monthNames[0] = u"Januar";
   return locale;
 }
@@ -121,6 +123,7 @@ TEST(FormatDate, SeparatorsFollowTheLocale) {
       {kJan31, u"dd\\/mm\\/yyyy", u"31/01/2024"},
       {kJan31, u"ddddd mmmm", u"31.01.2024 Januar"},
       {kJan31, u"ttttt", u"13:05:09"},
+      {kJan31, u"Medium Time", u"13:05"},
   };
   expectFormats(std::begin(cases), std::end(cases), kDeDe);
 }
