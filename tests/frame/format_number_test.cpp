@@ -114,6 +114,8 @@ TEST(FormatNumber, SectionsBySignBeforeRounding) {
       {u"-3", u"0;(0)", u"(3)"},
       {u"abc", u"0.00", u"abc"},
       {1.0, u"0;0;0;0;0", u"1"},
+      {1.0, u"0\\;0", u"0;1"},
+      {-1.0, u"\"a;b\"0", u"-a;b1"},
   };
   expectFormats(std::begin(cases), std::end(cases), kEnUs);
 }
