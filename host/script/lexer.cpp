@@ -173,7 +173,7 @@ class Lexer {
       scanName();
       return true;
     }
-    if (isDigit(c) || (c == u'.' && isDigit(at(pos_ + 1)))) {
+    if (isDigit(c) || (c == u'.' && isDigit(at(pos_ + 1)) && !followsOperand())) {
       scanNumber();
       return true;
     }
@@ -225,6 +225,14 @@ class Lexer {
       default:
         throw LexFailure{syntax_error::kInvalidCharacter, start};
     }
+  }
+
+  // Whether the character before pos_ ends a name or a parenthesis, so that a dot there is
+  // member access (x.1 is no number).
+  bool followsOperand() const {
+    if (pos_ == 0) return false;
+    const char16_t before = src_[pos_ - 1];
+    return isNameChar(before) || before == u')' || before == u']';
   }
 
   bool single(TokenKind kind) {
