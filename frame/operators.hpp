@@ -42,7 +42,9 @@ Variant divide(const Variant& a, const Variant& b);
 
 // a \ b. Both operands are first rounded half to even to whole numbers; the result is a Byte
 // when both are Bytes, an Integer when neither is wider than Integer, a Long otherwise. The
-// quotient is truncated toward zero. A zero divisor raises 11.
+// quotient is truncated toward zero. A zero divisor raises 11; a rounded operand beyond the Long
+// range raises 6, and so does the one quotient a Long cannot hold (the Long minimum \ -1), while
+// the Integer minimum \ -1 becomes a Long.
 Variant integerDivide(const Variant& a, const Variant& b);
 
 // a Mod b: the remainder of the truncating division, with the sign of a. Operands and result
