@@ -104,8 +104,9 @@ String formatWithPattern(Date date, StringView pattern, const Locale& locale);
 //   after the hours, then AM/PM (English or the locale's designators, any case) which may also
 //   follow the hours alone ("2 PM"). Without a designator hours are 0..23, with one 0..12.
 // - a date and a time in either order, or a time alone (the serial's whole part is then 0).
-// Numbers have at most four digits; years of one or two digits are 1930..2029, others must be
-// 100..9999. Anything else raises 13. The work is linear in the length of the text.
+// Numbers have at most four digits (time parts two); years of one or two digits are
+// 1930..2029, others must be 100..9999. Anything else raises 13. The work is linear in the length
+// of the text.
 Date parseDate(StringView text, const Locale& locale = currentLocale());
 // IsDate of text: whether parseDate would succeed.
 bool isDateText(StringView text, const Locale& locale = currentLocale());
