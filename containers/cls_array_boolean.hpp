@@ -9,14 +9,14 @@
 
 namespace ravelin {
 
-class clsArrayBoolean : public Object, private detail::ValueArray<bool> {
-  using Base = detail::ValueArray<bool>;
+class clsArrayBoolean : public Object, private detail::ValueArray<bool, 2, 1> {
+  using Base = detail::ValueArray<bool, 2, 1>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayBoolean";
 
   // An empty array with 2 slots that grows one slot at a time.
-  clsArrayBoolean() : Base(kClassName, 2, 1) {}
+  clsArrayBoolean() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
 

@@ -8,14 +8,14 @@
 
 namespace ravelin {
 
-class clsArrayDouble : public Object, private detail::ValueArray<double> {
-  using Base = detail::ValueArray<double>;
+class clsArrayDouble : public Object, private detail::ValueArray<double, 2, 1> {
+  using Base = detail::ValueArray<double, 2, 1>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayDouble";
 
   // An empty array with 2 slots that grows one slot at a time.
-  clsArrayDouble() : Base(kClassName, 2, 1) {}
+  clsArrayDouble() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
 

@@ -8,14 +8,14 @@
 
 namespace ravelin {
 
-class clsArrayInteger : public Object, private detail::ValueArray<int16_t> {
-  using Base = detail::ValueArray<int16_t>;
+class clsArrayInteger : public Object, private detail::ValueArray<int16_t, 2, 1> {
+  using Base = detail::ValueArray<int16_t, 2, 1>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayInteger";
 
   // An empty array with 2 slots that grows one slot at a time.
-  clsArrayInteger() : Base(kClassName, 2, 1) {}
+  clsArrayInteger() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
 

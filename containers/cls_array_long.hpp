@@ -8,14 +8,14 @@
 
 namespace ravelin {
 
-class clsArrayLong : public Object, private detail::ValueArray<int32_t> {
-  using Base = detail::ValueArray<int32_t>;
+class clsArrayLong : public Object, private detail::ValueArray<int32_t, 2, 1> {
+  using Base = detail::ValueArray<int32_t, 2, 1>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayLong";
 
   // An empty array with 2 slots that grows one slot at a time.
-  clsArrayLong() : Base(kClassName, 2, 1) {}
+  clsArrayLong() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
 

@@ -9,14 +9,14 @@
 
 namespace ravelin {
 
-class clsArraySingle : public Object, private detail::ValueArray<float> {
-  using Base = detail::ValueArray<float>;
+class clsArraySingle : public Object, private detail::ValueArray<float, 2, 1> {
+  using Base = detail::ValueArray<float, 2, 1>;
 
  public:
   static constexpr StringView kClassName = u"clsArraySingle";
 
   // An empty array with 2 slots that grows one slot at a time.
-  clsArraySingle() : Base(kClassName, 2, 1) {}
+  clsArraySingle() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
 

@@ -11,14 +11,14 @@
 
 namespace ravelin {
 
-class clsArrayString : public Object, private detail::ValueArray<String> {
-  using Base = detail::ValueArray<String>;
+class clsArrayString : public Object, private detail::ValueArray<String, 4, 2> {
+  using Base = detail::ValueArray<String, 4, 2>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayString";
 
   // An empty array with 4 slots that grows two slots at a time.
-  clsArrayString() : Base(kClassName, 4, 2) {}
+  clsArrayString() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
 

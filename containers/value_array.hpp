@@ -4,11 +4,12 @@
 // An array keeps a used count and a slot count (the capacity it believes it has). The slot count
 // grows by a small per-class increment whenever an add finds the slots full, and, like every
 // index and count here, is a 16-bit Integer: a step past 32767 overflows. The storage underneath
-// holds one spare slot beyond the slot count and grows geometrically, so that a long run of adds
-// costs linear time although the observable slot count moves one step at a time.
+// (a std::vector) holds one spare slot beyond the slot count and grows to powers of two, so that
+// a long run of adds costs linear time although the slot count moves one step at a time.
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -24,29 +25,44 @@ namespace ravelin::detail {
 inline constexpr StringView kOpGetItem = u".getItem()";
 inline constexpr StringView kOpLetItem = u".letItem()";
 inline constexpr StringView kOpSetItem = u".setItem()";
-inline constexpr StringView kOpRemoveItem = u".removeItem()";
-inline constexpr StringView kOpAddTo = u".addTo()";
 inline constexpr StringView kOpCopyObject = u".IObject_copyObject()";
 inline constexpr StringView kOpCopyToObject = u".IObject_copyToObject()";
 inline constexpr StringView kOpGenerateCopy = u".IObject_generateCopy()";
 
-template <typename T>
+// The shared part of a value array of element type T, created with kInitialSlots slots and
+// growing kSlotIncrement slots at a time.
+template <typename T, int16_t kInitialSlots, int16_t kSlotIncrement>
 class ValueArray {
+  static_assert(kInitialSlots >= 0 && kSlotIncrement >= 1);
+
  public:
   // Number of used elements.
-  int16_t getCount() const { return count_; }
+  int16_t getCount() const { return static_cast<int16_t>(count_); }
   // The read-only Count property: the same number.
-  int16_t Count() const { return count_; }
+  int16_t Count() const { return static_cast<int16_t>(count_); }
 
   // The capacity the array reports through its growth rule (not published to callers).
-  int16_t slotCount() const { return slotCount_; }
+  int16_t slotCount() const { return static_cast<int16_t>(count_ + freeSlots_); }
 
   // Appends a value; returns its index, or -1 when the array cannot grow (the 16-bit slot
   // count would overflow, or memory ran out). A failed add leaves the array as it was.
   int16_t add(T value) {
-    if (count_ == slotCount_ && !tryGrowOneStep()) return -1;
-    values_[static_cast<std::size_t>(count_)] = std::move(value);
-    return count_++;
+    const int32_t index = count_;
+    if (freeSlots_ > 0) {
+      --freeSlots_;
+    } else if (index + kSlotIncrement < storageSlots_) {
+      // The usual growth step: the slots are full but the vector is not. The vector never holds
+      // more than 32768 elements, so the step cannot overflow; it adds kSlotIncrement slots and
+      // this add takes one of them (with an increment of 1, none is left over).
+      if constexpr (kSlotIncrement > 1) freeSlots_ = kSlotIncrement - 1;
+    } else if (tryGrowOneStep()) {
+      --freeSlots_;
+    } else {
+      return -1;
+    }
+    values_[static_cast<std::size_t>(index)] = std::move(value);
+    count_ = index + 1;
+    return static_cast<int16_t>(index);
   }
 
   // Makes count = viCount with every element the zero value; old contents are discarded.
@@ -81,6 +97,7 @@ class ValueArray {
   bool removeLastItem() {
     if (count_ < 1) return false;
     --count_;
+    ++freeSlots_;
     values_[static_cast<std::size_t>(count_)] = T{};
     return true;
   }
@@ -100,11 +117,11 @@ class ValueArray {
   }
 
  protected:
-  ValueArray(StringView className, int16_t initialSlotCount, int16_t slotIncrement)
+  explicit ValueArray(StringView className)
       : className_(className),
-        values_(static_cast<std::size_t>(initialSlotCount) + 1),
-        slotCount_(initialSlotCount),
-        slotIncrement_(slotIncrement) {}
+        values_(static_cast<std::size_t>(kInitialSlots) + 1),
+        storageSlots_(kInitialSlots + 1),
+        freeSlots_(kInitialSlots) {}
 
   // The growth every other operation goes through. A negative size grows the slot count by one
   // increment and keeps the count; otherwise slot count and count both become size. Existing
@@ -112,10 +129,10 @@ class ValueArray {
   // when the slot count would pass 32767 and out of memory (7); the array is then unchanged.
   void allocateSpace(int16_t size, bool preserve) {
     if (size < 0) {
-      rebuildStorage(int32_t{slotCount_} + slotIncrement_, preserve);
+      rebuildStorage(count_ + freeSlots_ + kSlotIncrement, preserve);
     } else {
       rebuildStorage(size, preserve);
-      count_ = size;
+      setCount(size);
     }
   }
 
@@ -125,25 +142,24 @@ class ValueArray {
   void rebuildStorage(int32_t newSize, bool preserve) {
     if (newSize > INT16_MAX) raiseRuntimeError(vb_error::kOverflow);
     if (newSize < 0) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
-    const auto slots = static_cast<std::size_t>(newSize) + 1;
-    try {
-      if (preserve) {
-        if (slots > values_.capacity()) values_.reserve(std::max(slots, 2 * values_.capacity()));
-        values_.resize(slots);
-      } else {
-        std::vector<T> fresh(slots);
-        values_.swap(fresh);
-      }
-    } catch (const std::bad_alloc&) {
-      raiseRuntimeError(vb_error::kOutOfMemory);
+    // A growth step within the vector's size only moves the slot count: the slots beyond the
+    // spare are already zero, as new slots must be.
+    if (!preserve || newSize >= storageSlots_ || newSize < slotCount()) {
+      resizeStorage(static_cast<std::size_t>(newSize) + 1, preserve);
     }
-    slotCount_ = static_cast<int16_t>(newSize);
+    freeSlots_ = newSize - count_;
   }
 
   // Sets each used element to fill, then count = 0.
   void clearWith(const T& fill) {
     std::fill(values_.begin(), values_.begin() + count_, fill);
-    count_ = 0;
+    setCount(0);
+  }
+
+  // Sets the count, keeping the slot count.
+  void setCount(int16_t count) {
+    freeSlots_ += count_ - count;
+    count_ = count;
   }
 
   // Joins the used elements with "," into one text: appendText(out, value) writes one element.
@@ -153,7 +169,7 @@ class ValueArray {
     String out;
     if (count_ == 0) return out;
     out.reserve(static_cast<std::size_t>(count_) * (unitsPerItem + 1));
-    for (int16_t i = 0; i < count_; ++i) {
+    for (int32_t i = 0; i < count_; ++i) {
       appendText(out, values_[static_cast<std::size_t>(i)]);
       out += u',';
     }
@@ -165,10 +181,26 @@ class ValueArray {
   T& slot(int16_t index) { return values_[static_cast<std::size_t>(index)]; }
   const T& slot(int16_t index) const { return values_[static_cast<std::size_t>(index)]; }
 
-  StringView arrayClassName() const { return className_; }
-  void setCount(int16_t count) { count_ = count; }
-
  private:
+  // Gives the vector `slots` elements (zero ones when not preserving). Growth rounds the vector
+  // up to a power of two, so that one-slot steps cost amortised constant time; shrinking drops
+  // the elements past the new spare slot, so that they are zero if reached again.
+  void resizeStorage(std::size_t slots, bool preserve) {
+    try {
+      if (!preserve) {
+        std::vector<T> fresh(slots);
+        values_.swap(fresh);
+      } else if (slots > values_.size()) {
+        values_.resize(std::bit_ceil(slots));
+      } else {
+        values_.resize(slots);
+      }
+    } catch (const std::bad_alloc&) {
+      raiseRuntimeError(vb_error::kOutOfMemory);
+    }
+    storageSlots_ = static_cast<int32_t>(values_.size());
+  }
+
   // One growth step with values kept; false (and nothing changed) when it cannot be done.
   bool tryGrowOneStep() {
     try {
@@ -180,10 +212,14 @@ class ValueArray {
   }
 
   StringView className_;
-  std::vector<T> values_;  // always slotCount_ + 1 elements
-  int16_t count_ = 0;
-  int16_t slotCount_ = 0;
-  int16_t slotIncrement_ = 1;
+  // At least slot count + 1 elements, at most 32768; every element past the spare slot (index
+  // slot count) is zero. Only indexes up to the slot count are ever written.
+  std::vector<T> values_;
+  int32_t storageSlots_ = 0;  // values_.size()
+  // The count, and the slot count as the number of slots beyond it. Both always fit an Integer;
+  // they are kept in 32 bits because 16-bit stores slow the add loop down by half.
+  int32_t count_ = 0;
+  int32_t freeSlots_ = 0;
 };
 
 }  // namespace ravelin::detail
