@@ -21,7 +21,6 @@ using namespace syntax_error;
 // Binding strength of the binary operators (higher binds tighter); unary minus sits between
 // * / and ^, Not between And and the comparisons.
 constexpr int kPrecedenceComparison = 7;
-constexpr int kPrecedenceNegate = 13;
 constexpr int kPrecedencePower = 14;
 
 // The binary operator a token spells and its precedence; 0 when it is none.
@@ -270,8 +269,13 @@ class Parser {
       const int precedence = binaryOperatorOf(t, op);
       if (precedence == 0 || precedence < minPrecedence) return left;
       advance();
-      // Every binary operator is left-associative, ^ included.
-      ExprPtr right = parseBinary(precedence + 1);
+      // Every binary operator is left-associative, ^ included. Each level of operators
+      // whose right operand holds tighter ones costs stack, so it counts as nesting.
+      ExprPtr right;
+      {
+        DepthGuard guard(*this);
+        right = parseBinary(precedence + 1);
+      }
       const SourcePos p = left->pos;
       auto e = std::make_unique<BinaryExpr>(p, op, std::move(left), std::move(right));
       e->height = std::max(e->left->height, e->right->height) + 1;

@@ -10,7 +10,7 @@ namespace ravelin::script {
 // How deep statements and expressions may nest (blocks inside blocks, parentheses, unary
 // operators); deeper source is refused with "Out of stack space" instead of exhausting the
 // stack. Trees are never taller than kMaxExpressionHeight, so a recursive evaluator is safe too.
-inline constexpr int kMaxNesting = 400;
+inline constexpr int kMaxNesting = 1000;
 inline constexpr uint32_t kMaxExpressionHeight = 2000;
 
 // Parses a whole script. Raises SyntaxError (with line and column) when it does not compile;

@@ -346,6 +346,13 @@ TEST(ParserTest, DeepNestingIsRefusedNotOverflowed) {
         return s;
       }(),
       "x = f" + std::string(5000, '(') + "1" + std::string(5000, ')'),
+      [] {
+        // Every operator level at once, then a parenthesis, again and again.
+        std::string s = "x = ";
+        for (int i = 0; i < 3000; ++i)
+          s += "a Imp b Eqv c Xor d Or e And f = g & h + i Mod j \\ k * l ^ (";
+        return s;
+      }(),
   };
   for (const std::string& source : cases) {
     SCOPED_TRACE(source.substr(0, 40));
