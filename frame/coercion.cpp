@@ -1,7 +1,6 @@
 // Variant coercions: CStr, CDbl, CSng, CInt, CLng, CByte, CBool, CCur and CDate.
 #include <charconv>
 #include <cmath>
-#include <limits>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
@@ -187,10 +186,10 @@ double CDbl(const Variant& value) {
 
 float CSng(const Variant& value) {
   const double number = CDbl(value);
-  if (std::fabs(number) > static_cast<double>(std::numeric_limits<float>::max())) {
-    raiseRuntimeError(vb_error::kOverflow);
-  }
-  return static_cast<float>(number);
+  // Overflow where the nearest Single would be infinite: 3.4028235E+38 still reads.
+  const auto single = static_cast<float>(number);
+  if (std::isinf(single)) raiseRuntimeError(vb_error::kOverflow);
+  return single;
 }
 
 int16_t CInt(const Variant& value) {

@@ -58,7 +58,7 @@ Currency parseCurrency(StringView text, const Locale& locale = currentLocale());
 
 String CStr(const Variant& value);  // Empty gives "", Null raises 94, Boolean "True"/"False"
 double CDbl(const Variant& value);
-float CSng(const Variant& value);  // beyond the Single range raises 6
+float CSng(const Variant& value);  // raises 6 where the nearest Single would be infinite
 // The whole-number conversions round half to even: a Double on its binary value, text on its
 // decimal digits (CInt("2.5") is 2, CInt("32767.5") raises 6). Out of range raises 6. Text
 // "&H..." wraps to the target's width when it fits (CInt("&HFFFF") is -1, CLng gives 65535).

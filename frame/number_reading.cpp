@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <limits>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/parsed_number.hpp>
@@ -455,9 +454,7 @@ double Val(StringView text) {
         break;
       }
       case u'!':
-        if (std::fabs(value) > std::numeric_limits<float>::max()) {
-          raiseRuntimeError(vb_error::kOverflow);
-        }
+        if (std::isinf(static_cast<float>(value))) raiseRuntimeError(vb_error::kOverflow);
         value = static_cast<double>(static_cast<float>(value));
         break;
       case u'@':
