@@ -88,11 +88,11 @@ struct NameExpr : Expr {
   bool applied = false;
 };
 
-// object.name
+// object.name; inside With, .name has no object and means the innermost With's object.
 struct MemberExpr : Expr {
   MemberExpr(SourcePos p, ExprPtr o, String n, NameId i)
       : Expr(ExprKind::Member, p), object(std::move(o)), name(std::move(n)), id(i) {}
-  ExprPtr object;
+  ExprPtr object;  // null for .name inside With
   String name;
   NameId id;
 };
@@ -148,6 +148,7 @@ enum class StmtKind : uint8_t {
   Do,  // Do ... Loop and While ... Wend
   Exit,
   OnError,
+  With,
 };
 
 struct Stmt {
@@ -286,6 +287,13 @@ struct ExitStmt : Stmt {
 struct OnErrorStmt : Stmt {
   OnErrorStmt(SourcePos p, bool r) : Stmt(StmtKind::OnError, p), resumeNext(r) {}
   bool resumeNext;
+};
+
+// With object ... End With: the body's .name members refer to the object, evaluated once.
+struct WithStmt : Stmt {
+  explicit WithStmt(SourcePos p) : Stmt(StmtKind::With, p) {}
+  ExprPtr object;
+  Block body;
 };
 
 // ---- Procedures and the program ----

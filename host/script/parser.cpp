@@ -346,6 +346,9 @@ class Parser {
         inner->parenthesized = true;
         return parsePostfix(std::move(inner), nullptr);
       }
+      case TokenKind::Dot:
+        if (withDepth_ == 0) fail(kExpectedExpression);
+        return parseChain(nullptr);
       case TokenKind::Identifier:
         switch (t.keyword) {
           case Keyword::None:
@@ -373,8 +376,18 @@ class Parser {
     }
   }
 
-  // name, then any .member and (arguments) that follow.
+  // name (or, inside With, .name), then any .member and (arguments) that follow.
   ExprPtr parseChain(ChainInfo* info) {
+    if (peek().is(TokenKind::Dot) && withDepth_ > 0) {
+      const SourcePos p = here();
+      advance();
+      const Token& member = peek();
+      if (!member.is(TokenKind::Identifier)) fail(kExpectedIdentifier);
+      advance();
+      ExprPtr head =
+          std::make_unique<MemberExpr>(p, nullptr, String(member.text), names_.intern(member.text));
+      return parsePostfix(std::move(head), info);
+    }
     ExprPtr head = makeName(expectName());
     return parsePostfix(std::move(head), info);
   }
@@ -477,7 +490,7 @@ class Parser {
   // One statement; null for those that only change the program (Sub, Function, Option).
   StmtPtr parseStatement(bool inlineIf) {
     const Token& t = peek();
-    if (t.isName()) return parseNameStatement();
+    if (t.isName() || (t.is(TokenKind::Dot) && withDepth_ > 0)) return parseNameStatement();
     if (!t.is(TokenKind::Identifier)) fail(kExpectedStatement);
     switch (t.keyword) {
       case Keyword::Dim:
@@ -505,11 +518,13 @@ class Parser {
       case Keyword::For:
       case Keyword::Do:
       case Keyword::While:
+      case Keyword::With:
         // Blocks that span lines have no place in a one-line If.
         if (inlineIf) fail(kSyntaxError);
         if (t.keyword == Keyword::Select) return parseSelect();
         if (t.keyword == Keyword::For) return parseFor();
         if (t.keyword == Keyword::Do) return parseDo();
+        if (t.keyword == Keyword::With) return parseWith();
         return parseWhile();
       case Keyword::Sub:
       case Keyword::Function:
@@ -868,6 +883,18 @@ class Parser {
     return s;
   }
 
+  StmtPtr parseWith() {
+    auto s = std::make_unique<WithStmt>(here());
+    advance();
+    s->object = parseExpression();
+    requireStatementEnd();
+    ++withDepth_;
+    s->body = parseBlock();
+    --withDepth_;
+    expectEnd(Keyword::With, kExpectedWith);
+    return s;
+  }
+
   StmtPtr parseExit() {
     const Token& exitToken = peek();
     advance();
@@ -1006,6 +1033,7 @@ class Parser {
   int inlineIf_ = 0;
   int forDepth_ = 0;
   int doDepth_ = 0;
+  int withDepth_ = 0;
 };
 
 }  // namespace

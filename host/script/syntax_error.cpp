@@ -51,6 +51,8 @@ StringView syntaxErrorMessage(int32_t number) {
       return u"Expected 'While' or 'Until'";
     case kExpectedWhileUntilOrEnd:
       return u"Expected 'While', 'Until' or end of statement";
+    case kExpectedWith:
+      return u"Expected 'With'";
     case kIdentifierTooLong:
       return u"Identifier too long";
     case kInvalidNumber:

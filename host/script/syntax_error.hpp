@@ -32,6 +32,7 @@ inline constexpr int32_t kExpectedEndOfStatement = 1025;
 inline constexpr int32_t kExpectedIntegerConstant = 1026;
 inline constexpr int32_t kExpectedWhileOrUntil = 1027;
 inline constexpr int32_t kExpectedWhileUntilOrEnd = 1028;
+inline constexpr int32_t kExpectedWith = 1029;
 inline constexpr int32_t kIdentifierTooLong = 1030;
 inline constexpr int32_t kInvalidNumber = 1031;
 inline constexpr int32_t kInvalidCharacter = 1032;

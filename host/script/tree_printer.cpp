@@ -130,7 +130,11 @@ class Printer {
       case ExprKind::Member: {
         const auto& m = static_cast<const MemberExpr&>(e);
         out += "(. ";
-        expr(*m.object);
+        if (m.object) {
+          expr(*m.object);
+        } else {
+          out += '@';
+        }
         out += ' ' + toUtf8(m.name) + ')';
         break;
       }
@@ -344,6 +348,15 @@ class Printer {
         static constexpr std::string_view kTargets[] = {"do", "for", "sub", "function"};
         out += "(exit ";
         out += kTargets[static_cast<int>(static_cast<const ExitStmt&>(s).target)];
+        out += ')';
+        break;
+      }
+      case StmtKind::With: {
+        const auto& w = static_cast<const WithStmt&>(s);
+        out += "(with ";
+        expr(*w.object);
+        out += ' ';
+        block("do", w.body);
         out += ')';
         break;
       }

@@ -8,7 +8,8 @@ namespace ravelin::script {
 
 // One expression: literals typed by suffix (5 Integer, 5& Long, 5# Double, "s", #serial#,
 // True, Null, Empty, Nothing), operators in prefix form ((+ a b), (neg a), (not a)), members as
-// (. object name), calls and indexes as (apply callee args...), where an omitted argument is
+// (. object name) (. @ name inside With), calls and indexes as (apply callee args...), where an
+// omitted argument is
 // "_", a named one name:=value and one passed by value (byval x).
 std::string printExpression(const Expr& e);
 

@@ -138,6 +138,11 @@ TEST(ParserTest, ControlFlow) {
       {"Do: Loop Until a", "(do-until-bottom a (do))"},
       {"Do\nLoop", "(do (do))"},
       {"While a\n  a = a - 1\nWend", "(while-wend a (do (let a (- a 1))))"},
+      {"With o.p(1)\n  .x = .y + 1\n  Set .z = Nothing\n  .m (a), .n\n  With .q\n    .go\n  End "
+       "With\nEnd With",
+       "(with (apply (. o p) 1) (do (let (. @ x) (+ (. @ y) 1)) (set (. @ z) Nothing) "
+       "(call (. @ m) (byval a) (. @ n)) (with (. @ q) (do (call (. @ go))))))"},
+      {"With o: .a.b(1) = 2: End With", "(with o (do (let (apply (. (. @ a) b) 1) 2)))"},
       {"Do\n  While b\n    Exit Do\n  Wend\nLoop", "(do (do (while-wend b (do (exit do)))))"},
   });
 }
@@ -313,6 +318,10 @@ TEST(ParserTest, SyntaxErrorsCarryNumberAndPosition) {
       {"x = 1 ?", kInvalidCharacter, 1, 7},
       {"x = Not", kExpectedExpression, 1, 8},
       {"x = a.", kExpectedIdentifier, 1, 7},
+      {"x = .a", kExpectedExpression, 1, 5},
+      {".a = 1", kExpectedStatement, 1, 1},
+      {"With o\n.a = 1\nEnd If", kExpectedWith, 3, 5},
+      {"With o\n.a = 1\n", kExpectedEnd, 3, 1},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.source);
