@@ -443,26 +443,26 @@ class Lexer {
     pos_ = i + 1;
   }
 
-  // A date literal: month/day/year (or year-month-day when the first number is a year) and
-  // a time "h[:mm[:ss]] [AM|PM]", either or both. The order is the same in every locale.
+  // A date literal: a date, a time or both, in either order. The date is month/day/year, or
+  // year-month-day when the first number is a year (three or more digits, or above 31), or
+  // uses an English month name with the day and the year in either order ("March 2, 2010",
+  // "2-Mar-2010"); the time is "h[:mm[:ss]] [AM|PM]" ("2 PM" alone too). The order is the
+  // same in every locale, as the runtime reads date literals.
   static Date dateValue(StringView text, std::size_t start) {
     const LexFailure bad{syntax_error::kSyntaxError, start};
     struct Number {
-      int value;
-      int digits;
+      int value = 0;
+      int digits = 0;
     };
-    Number dateParts[3] = {};
+    Number dateNumbers[3];
     int dateCount = 0;
-    Number timeParts[3] = {};
+    int monthName = 0;  // 1..12 when the month is written as a word
+    int time[3] = {0, 0, 0};
     int timeCount = 0;
     int meridian = 0;  // 0 none, 1 AM, 2 PM
     std::size_t i = 0;
-    auto skipBlanks = [&] {
-      while (i < text.size() && isBlank(text[i]))
-        ++i;
-    };
-    auto readNumber = [&]() -> Number {
-      Number n{0, 0};
+    auto readNumber = [&] {
+      Number n;
       while (i < text.size() && isDigit(text[i])) {
         if (++n.digits > 4) throw bad;
         n.value = n.value * 10 + (text[i++] - u'0');
@@ -470,82 +470,124 @@ class Lexer {
       if (n.digits == 0) throw bad;
       return n;
     };
-    skipBlanks();
+    auto nextNonBlank = [&](std::size_t j) {
+      while (j < text.size() && isBlank(text[j]))
+        ++j;
+      return j;
+    };
     while (i < text.size()) {
-      if (isAsciiLetter(text[i])) {
-        // AM or PM (or A or P) after a time.
-        if (timeCount == 0 || meridian != 0) throw bad;
-        const char16_t first = static_cast<char16_t>(text[i] | 0x20);
-        if (first != u'a' && first != u'p') throw bad;
+      const char16_t c = text[i];
+      if (isBlank(c) || c == u'/' || c == u'-' || c == u'.' || c == u',') {
         ++i;
-        if (i < text.size() && (text[i] | 0x20) == u'm') ++i;
-        meridian = first == u'a' ? 1 : 2;
-        skipBlanks();
-        continue;
-      }
-      Number n = readNumber();
-      if (i < text.size() && text[i] == u':') {
-        // The start of a time.
-        if (timeCount != 0) throw bad;
-        timeParts[timeCount++] = n;
-        while (i < text.size() && text[i] == u':') {
-          if (timeCount == 3) throw bad;
-          ++i;
-          timeParts[timeCount++] = readNumber();
+      } else if (isAsciiLetter(c)) {
+        std::size_t end = i;
+        while (end < text.size() && isAsciiLetter(text[end]))
+          ++end;
+        const StringView word = text.substr(i, end - i);
+        i = end;
+        if (const int m = meridianOf(word)) {
+          if (timeCount == 0 || meridian != 0) throw bad;
+          meridian = m;
+        } else if (const int month = monthOf(word)) {
+          if (monthName != 0) throw bad;
+          monthName = month;
+        } else {
+          throw bad;
         }
-      } else {
-        std::size_t j = i;
-        while (j < text.size() && isBlank(text[j]))
-          ++j;
-        const bool meridianFollows = j < text.size() && isAsciiLetter(text[j]);
-        if (meridianFollows && timeCount == 0 && dateCount != 1 && dateCount != 2) {
-          timeParts[timeCount++] = n;  // "2 PM"
+      } else if (isDigit(c)) {
+        const Number n = readNumber();
+        const std::size_t after = nextNonBlank(i);
+        const bool startsTime = i < text.size() && text[i] == u':';
+        const bool hourOnly = !startsTime && after < text.size() && isAsciiLetter(text[after]) &&
+                              meridianOf(letterRun(text, after)) != 0;
+        if (startsTime || hourOnly) {
+          if (timeCount != 0) throw bad;
+          time[timeCount++] = n.value;
+          while (i < text.size() && text[i] == u':') {
+            if (timeCount == 3) throw bad;
+            ++i;
+            time[timeCount++] = readNumber().value;
+          }
         } else {
           if (dateCount == 3) throw bad;
-          dateParts[dateCount++] = n;
-          if (dateCount < 3) {
-            if (i >= text.size() || (text[i] != u'/' && text[i] != u'-' && text[i] != u'.'))
-              throw bad;
-            ++i;
-          }
+          dateNumbers[dateCount++] = n;
         }
+      } else {
+        throw bad;
       }
-      skipBlanks();
     }
-    if (dateCount != 0 && dateCount != 3) throw bad;
-    if (dateCount == 0 && timeCount == 0) throw bad;
+    if (dateCount == 0 && monthName == 0 && timeCount == 0) throw bad;
     if (timeCount == 1 && meridian == 0) throw bad;
-    if (meridian != 0 && timeCount == 0) throw bad;
 
     int year = 1899, month = 12, day = 30;
-    if (dateCount == 3) {
-      const Number a = dateParts[0], b = dateParts[1], c = dateParts[2];
-      Number yearPart = c;
-      if (a.digits >= 3 || a.value > 31) {
-        yearPart = a;
-        month = b.value;
-        day = c.value;
+    if (dateCount != 0 || monthName != 0) {
+      Number yearPart;
+      const Number a = dateNumbers[0], b = dateNumbers[1], c = dateNumbers[2];
+      auto isYear = [](Number n) { return n.digits >= 3 || n.value > 31; };
+      if (monthName != 0) {
+        if (dateCount != 2) throw bad;
+        month = monthName;
+        const bool yearFirst = isYear(a);
+        day = yearFirst ? b.value : a.value;
+        yearPart = yearFirst ? a : b;
       } else {
-        month = a.value;
-        day = b.value;
-        // A month that cannot be one, with a day that can, is read the other way round.
-        if (month > 12 && day <= 12) std::swap(month, day);
+        if (dateCount != 3) throw bad;
+        if (isYear(a)) {
+          yearPart = a;
+          month = b.value;
+          day = c.value;
+        } else {
+          yearPart = c;
+          month = a.value;
+          day = b.value;
+          // A month that cannot be one, with a day that can, is read the other way round.
+          if (month > 12 && day <= 12) std::swap(month, day);
+        }
       }
       year = yearPart.value;
       // One or two digits name a year from 1930 to 2029.
       if (yearPart.digits <= 2) year += year < 30 ? 2000 : 1900;
     }
-    int hour = timeParts[0].value, minute = timeParts[1].value, second = timeParts[2].value;
+    int hour = time[0];
     if (meridian != 0) {
       if (hour < 1 || hour > 12) throw bad;
-      if (hour == 12) hour = 0;
-      if (meridian == 2) hour += 12;
+      hour = hour % 12 + (meridian == 2 ? 12 : 0);
     }
     try {
-      return makeDate(year, month, day, hour, minute, second);
+      return makeDate(year, month, day, hour, time[1], time[2]);
     } catch (const AutomationError&) {
       throw bad;
     }
+  }
+
+  static StringView letterRun(StringView text, std::size_t from) {
+    std::size_t end = from;
+    while (end < text.size() && isAsciiLetter(text[end]))
+      ++end;
+    return text.substr(from, end - from);
+  }
+
+  // 1 for AM (or A), 2 for PM (or P), 0 for any other word.
+  static int meridianOf(StringView word) {
+    if (equalsIgnoreCase(word, u"am") || equalsIgnoreCase(word, u"a")) return 1;
+    if (equalsIgnoreCase(word, u"pm") || equalsIgnoreCase(word, u"p")) return 2;
+    return 0;
+  }
+
+  // The month (1..12) an English month name or its first three letters names, else 0.
+  static int monthOf(StringView word) {
+    static constexpr std::u16string_view kMonths[] = {
+        u"january", u"february", u"march",     u"april",   u"may",      u"june",
+        u"july",    u"august",   u"september", u"october", u"november", u"december"};
+    if (word.size() < 3) return 0;
+    for (int m = 0; m < 12; ++m) {
+      const std::u16string_view name = kMonths[m];
+      if (word.size() <= name.size() && (word.size() == 3 || word.size() == name.size()) &&
+          equalsIgnoreCase(word, name.substr(0, word.size()))) {
+        return m + 1;
+      }
+    }
+    return 0;
   }
 
   StringView src_;

@@ -1,12 +1,10 @@
-#include <ravelin/host/script/lexer.hpp>
-
 #include <gtest/gtest.h>
 
+#include <ravelin/frame/date_time.hpp>
+#include <ravelin/host/script/lexer.hpp>
+#include <ravelin/host/script/syntax_error.hpp>
 #include <string>
 #include <vector>
-
-#include <ravelin/frame/date_time.hpp>
-#include <ravelin/host/script/syntax_error.hpp>
 
 namespace ravelin::script {
 namespace {
@@ -84,6 +82,11 @@ TEST(LexerTest, DateLiteralsReadMonthDayYearWhateverTheLocale) {
       {u"#12:30 pm#", 1899, 12, 30, 12, 30, 0},
       {u"#2 PM#", 1899, 12, 30, 14, 0, 0},
       {u"#14:05#", 1899, 12, 30, 14, 5, 0},
+      {u"#14:05:09 3/2/2010#", 2010, 3, 2, 14, 5, 9},
+      {u"#March 2, 2010#", 2010, 3, 2, 0, 0, 0},
+      {u"#2-mar-2010#", 2010, 3, 2, 0, 0, 0},
+      {u"#2010 Sep 2 1 am#", 2010, 9, 2, 1, 0, 0},
+      {u"#99-12-31#", 1999, 12, 31, 0, 0, 0},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(toUtf8(c.source));
@@ -114,6 +117,13 @@ TEST(LexerTest, ErrorsBecomeAnErrorTokenAtTheirPosition) {
       {u"x = #3/2#", kSyntaxError, 1, 5},
       {u"x = #3/2/2010", kSyntaxError, 1, 5},
       {u"x = #25:00#", kSyntaxError, 1, 5},
+      {u"x = #13 PM#", kSyntaxError, 1, 5},
+      {u"x = #Marc 2, 2010#", kSyntaxError, 1, 5},
+      {u"x = #March 2#", kSyntaxError, 1, 5},
+      {u"x = #1/2/3/4#", kSyntaxError, 1, 5},
+      {u"x = #1:2:3:4#", kSyntaxError, 1, 5},
+      {u"x = #12345/1/1#", kSyntaxError, 1, 5},
+      {u"x = ##", kSyntaxError, 1, 5},
       {u"x = [abc", kInvalidCharacter, 1, 5},
       {u"x = " + std::u16string(256, u'a'), kIdentifierTooLong, 1, 5},
   };
@@ -141,12 +151,12 @@ TEST(LexerTest, CommentsContinuationsAndOperators) {
       {u"o.Rem x", {K::Identifier, K::Dot, K::Identifier, K::Identifier}},
       {u"a = 1 + _\r\n  2", {K::Identifier, K::Equal, K::Literal, K::Plus, K::Literal}},
       {u"a _ \t\n b", {K::Identifier, K::Identifier}},
-      {u"a\r\nb\rc\n", {K::Identifier, K::NewLine, K::Identifier, K::NewLine, K::Identifier,
-                        K::NewLine}},
-      {u"<> <= >= < > = :=", {K::NotEqual, K::LessEqual, K::GreaterEqual, K::Less, K::Greater,
-                              K::Equal, K::ColonEqual}},
-      {u"a&b & &Hx", {K::Identifier, K::Ampersand, K::Identifier, K::Ampersand, K::Ampersand,
-                      K::Identifier}},
+      {u"a\r\nb\rc\n",
+       {K::Identifier, K::NewLine, K::Identifier, K::NewLine, K::Identifier, K::NewLine}},
+      {u"<> <= >= < > = :=",
+       {K::NotEqual, K::LessEqual, K::GreaterEqual, K::Less, K::Greater, K::Equal, K::ColonEqual}},
+      {u"a&b & &Hx",
+       {K::Identifier, K::Ampersand, K::Identifier, K::Ampersand, K::Ampersand, K::Identifier}},
       {u"\uFEFFx", {K::Identifier}},
   };
   for (const Case& c : cases) {
@@ -164,9 +174,8 @@ TEST(LexerTest, PositionsAndKeywords) {
     uint32_t line, column;
   };
   const Expected expected[] = {
-      {Keyword::If, u"If", 1, 1},       {Keyword::None, u"x", 1, 4},
-      {Keyword::Then, u"Then", 1, 6},   {Keyword::None, u"y", 2, 3},
-      {Keyword::None, u"my var", 2, 7}, {Keyword::End, u"END", 3, 1},
+      {Keyword::If, u"If", 1, 1},  {Keyword::None, u"x", 1, 4},      {Keyword::Then, u"Then", 1, 6},
+      {Keyword::None, u"y", 2, 3}, {Keyword::None, u"my var", 2, 7}, {Keyword::End, u"END", 3, 1},
       {Keyword::If, u"if", 3, 5},
   };
   std::vector<Token> words;
