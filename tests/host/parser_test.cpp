@@ -317,6 +317,13 @@ TEST(ParserTest, SyntaxErrorsCarryNumberAndPosition) {
       {"x = 1 +\ny = $", kExpectedExpression, 1, 8},
       {"x = 1 ?", kInvalidCharacter, 1, 7},
       {"x = Not", kExpectedExpression, 1, 8},
+      // Columns count UTF-16 units of the UTF-8 source; lines count CR LF, CR and LF alike,
+      // and continued lines.
+      {"x = \"\xc3\xa9\" + $", kInvalidCharacter, 1, 11},
+      {"x = 1\r\n\r\ny = (", kExpectedExpression, 3, 6},
+      {"x = 1\ry = 2\rz = )", kExpectedExpression, 3, 5},
+      {"x = 1 + _\n  2 + _\n  ", kExpectedExpression, 3, 3},
+      {"\xef\xbb\xbfx = )", kExpectedExpression, 1, 5},
       {"x = a.", kExpectedIdentifier, 1, 7},
       {"x = .a", kExpectedExpression, 1, 5},
       {".a = 1", kExpectedStatement, 1, 1},
