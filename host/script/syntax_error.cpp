@@ -50,7 +50,7 @@ StringView syntaxErrorMessage(int32_t number) {
     case kExpectedWhileOrUntil:
       return u"Expected 'While' or 'Until'";
     case kExpectedWhileUntilOrEnd:
-      return u"Expected 'While', 'Until' or end of statement";
+      return u"Expected 'While,' 'Until,' or end of statement";
     case kExpectedWith:
       return u"Expected 'With'";
     case kIdentifierTooLong:
