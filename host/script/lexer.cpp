@@ -267,10 +267,20 @@ class Lexer {
     Token t = make(TokenKind::Identifier, start);
     t.text = src_.substr(start, pos_ - start);
     t.keyword = keywordOf(t.text);
-    // Rem starts a comment, except as a member name after a dot.
-    if (t.keyword == Keyword::Rem && (tokens_.empty() || !tokens_.back().is(TokenKind::Dot))) {
+    if (t.keyword == Keyword::Rem) {
+      const Token* before = tokens_.empty() ? nullptr : &tokens_.back();
+      // After a dot Rem is a member name.
+      if (before != nullptr && before->is(TokenKind::Dot)) {
+        tokens_.push_back(std::move(t));
+        return;
+      }
+      // Rem is a statement of its own: after other code on the line it needs a ":" first.
+      // Elsewhere the Rem token stays, for the parser to refuse, and the rest of the line goes.
       skipToLineEnd();
-      return;
+      if (before == nullptr || before->is(TokenKind::NewLine) || before->is(TokenKind::Colon) ||
+          before->is(Keyword::Then) || before->is(Keyword::Else)) {
+        return;
+      }
     }
     tokens_.push_back(std::move(t));
   }

@@ -147,6 +147,7 @@ TEST(LexerTest, CommentsContinuationsAndOperators) {
   const Case cases[] = {
       {u"a ' comment = 1\nb", {K::Identifier, K::NewLine, K::Identifier}},
       {u"a : REM comment\nb", {K::Identifier, K::Colon, K::NewLine, K::Identifier}},
+      {u"a REM comment\nb", {K::Identifier, K::Identifier, K::NewLine, K::Identifier}},
       {u"Rem", {}},
       {u"o.Rem x", {K::Identifier, K::Dot, K::Identifier, K::Identifier}},
       {u"a = 1 + _\r\n  2", {K::Identifier, K::Equal, K::Literal, K::Plus, K::Literal}},

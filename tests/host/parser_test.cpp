@@ -79,7 +79,9 @@ TEST(ParserTest, StatementForms) {
       {"x = [my var]", "(let x my var)"},
       {"On Error Resume Next\non error goto 0", "(on-error resume-next)\n(on-error goto-0)"},
       {"x = 1: y = 2 ' two", "(let x 1)\n(let y 2)"},
-      {"REM only\n\n  \t\nx = 1 REM c", "(let x 1)"},
+      {"REM only\n\n  \t\nx = 1: REM c $\nIf a Then b Else Rem c",
+       "(let x 1)\n(if a (then (call b)))"},
+      {"If a Then ' a comment makes this a block\n  b\nEnd If", "(if a (then (call b)))"},
   });
 }
 
@@ -317,6 +319,8 @@ TEST(ParserTest, SyntaxErrorsCarryNumberAndPosition) {
       {"x = 1 +\ny = $", kExpectedExpression, 1, 8},
       {"x = 1 ?", kInvalidCharacter, 1, 7},
       {"x = Not", kExpectedExpression, 1, 8},
+      {"x = 1 Rem c $", kExpectedEndOfStatement, 1, 7},
+      {"x = Rem", kExpectedExpression, 1, 5},
       // Columns count UTF-16 units of the UTF-8 source; lines count CR LF, CR and LF alike,
       // and continued lines.
       {"x = \"\xc3\xa9\" + $", kInvalidCharacter, 1, 11},
