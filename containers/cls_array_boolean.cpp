@@ -1,6 +1,8 @@
 #include <cstdint>
 #include <ravelin/containers/cls_array_boolean.hpp>
 
+#include <ravelin/frame/class_builder.hpp>
+
 namespace ravelin {
 
 bool clsArrayBoolean::addTo(int16_t viIndex, bool vbValue) {
@@ -34,6 +36,28 @@ void clsArrayBoolean::clear(bool vbValue) {
 
 String clsArrayBoolean::getItemsAsList() const {
   return joinItems(5, [](String& out, bool value) { out += value ? u"True" : u"False"; });
+}
+
+ClassInfo clsArrayBoolean::describe() {
+  return ClassBuilder<clsArrayBoolean>(kClassName)
+      .method(u"add", &clsArrayBoolean::add, {u"vbValue"})
+      .method(u"setArraySizeWithEmptyValues", &clsArrayBoolean::setArraySizeWithEmptyValues, {u"viCount"})
+      .get(u"item", &clsArrayBoolean::item, {u"viIndex"})
+      .let(u"item", &clsArrayBoolean::letItem, {u"viIndex", u"vbValue"})
+      .method(u"getCount", &clsArrayBoolean::getCount)
+      .get(u"Count", &clsArrayBoolean::Count)
+      .method(u"clear", &clsArrayBoolean::clear, {u"vbValue"})
+      .method(u"getItemsAsList", &clsArrayBoolean::getItemsAsList)
+      .method(u"removeItem", &clsArrayBoolean::removeItem, {u"viIndex"})
+      .method(u"removeLastItem", &clsArrayBoolean::removeLastItem)
+      .method(u"addTo", &clsArrayBoolean::addTo, {u"viIndex", u"vbValue"})
+      .method(u"allocateSpacePublic",
+              [](clsArrayBoolean& self, int16_t size, bool& preserveValues, bool& resetCount) {
+                self.allocateSpacePublic(size, preserveValues, resetCount);
+              },
+              {u"viSize", optional(u"vbPreserveValues", true),
+               optional(u"vbResetCountVariable", false)})
+      .build();
 }
 
 }  // namespace ravelin

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <ravelin/containers/value_array.hpp>
+#include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/text.hpp>
 
@@ -12,6 +13,8 @@ namespace ravelin {
 class clsArrayBoolean : public Object, private detail::ValueArray<bool, 2, 1> {
   using Base = detail::ValueArray<bool, 2, 1>;
 
+  friend class ClassBuilder<clsArrayBoolean>;
+
  public:
   static constexpr StringView kClassName = u"clsArrayBoolean";
 
@@ -19,6 +22,9 @@ class clsArrayBoolean : public Object, private detail::ValueArray<bool, 2, 1> {
   clsArrayBoolean() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
+
+  // The member table late-bound callers see.
+  static ClassInfo describe();
 
   // add, setArraySizeWithEmptyValues, item (get and let), getCount, Count, removeItem,
   // removeLastItem and the refusing copy interface, as every value array has them.

@@ -2,6 +2,8 @@
 #include <ravelin/containers/cls_array_integer.hpp>
 #include <ravelin/containers/decimal_list.hpp>
 
+#include <ravelin/frame/class_builder.hpp>
+
 namespace ravelin {
 
 String clsArrayInteger::getItemsAsList() const {
@@ -12,6 +14,22 @@ void clsArrayInteger::orderValuesAsc() {
   // Equal Integers cannot be told apart, so any ascending sort gives the same result as the
   // exchange sort the callers know.
   std::sort(&slot(0), &slot(0) + getCount());
+}
+
+ClassInfo clsArrayInteger::describe() {
+  return ClassBuilder<clsArrayInteger>(kClassName)
+      .method(u"add", &clsArrayInteger::add, {u"viValue"})
+      .method(u"setArraySizeWithEmptyValues", &clsArrayInteger::setArraySizeWithEmptyValues, {u"viCount"})
+      .get(u"item", &clsArrayInteger::item, {u"viIndex"})
+      .let(u"item", &clsArrayInteger::letItem, {u"viIndex", u"viValue"})
+      .method(u"getCount", &clsArrayInteger::getCount)
+      .get(u"Count", &clsArrayInteger::Count)
+      .method(u"clear", &clsArrayInteger::clear)
+      .method(u"getItemsAsList", &clsArrayInteger::getItemsAsList)
+      .method(u"removeItem", &clsArrayInteger::removeItem, {u"viIndex"})
+      .method(u"removeLastItem", &clsArrayInteger::removeLastItem)
+      .method(u"orderValuesAsc", &clsArrayInteger::orderValuesAsc)
+      .build();
 }
 
 }  // namespace ravelin

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <ravelin/containers/value_array.hpp>
+#include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/text.hpp>
 
@@ -11,6 +12,8 @@ namespace ravelin {
 class clsArrayLong : public Object, private detail::ValueArray<int32_t, 2, 1> {
   using Base = detail::ValueArray<int32_t, 2, 1>;
 
+  friend class ClassBuilder<clsArrayLong>;
+
  public:
   static constexpr StringView kClassName = u"clsArrayLong";
 
@@ -18,6 +21,9 @@ class clsArrayLong : public Object, private detail::ValueArray<int32_t, 2, 1> {
   clsArrayLong() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
+
+  // The member table late-bound callers see.
+  static ClassInfo describe();
 
   // add, setArraySizeWithEmptyValues, clear, item (get and let), getCount, Count, removeItem,
   // removeLastItem and the refusing copy interface, as every value array has them.

@@ -1,5 +1,7 @@
 #include <ravelin/containers/cls_array_single.hpp>
 
+#include <ravelin/frame/class_builder.hpp>
+
 namespace ravelin {
 
 float clsArraySingle::item(int16_t viIndex) const {
@@ -14,6 +16,17 @@ void clsArraySingle::letItem(int16_t viIndex, float value) {
     raiseStyleB(CCEC_InvalidIndex, detail::kOpSetItem, viIndex, getCount());
   }
   slot(viIndex) = value;
+}
+
+ClassInfo clsArraySingle::describe() {
+  return ClassBuilder<clsArraySingle>(kClassName)
+      .method(u"add", &clsArraySingle::add, {u"vsngValue"})
+      .method(u"setArraySizeWithEmptyValues", &clsArraySingle::setArraySizeWithEmptyValues, {u"viCount"})
+      .get(u"item", &clsArraySingle::item, {u"viIndex"})
+      .let(u"item", &clsArraySingle::letItem, {u"viIndex", u"vsngValue"})
+      .method(u"getCount", &clsArraySingle::getCount)
+      .get(u"Count", &clsArraySingle::Count)
+      .build();
 }
 
 }  // namespace ravelin

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <ravelin/containers/value_array.hpp>
+#include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/text.hpp>
 
@@ -12,6 +13,8 @@ namespace ravelin {
 class clsArraySingle : public Object, private detail::ValueArray<float, 2, 1> {
   using Base = detail::ValueArray<float, 2, 1>;
 
+  friend class ClassBuilder<clsArraySingle>;
+
  public:
   static constexpr StringView kClassName = u"clsArraySingle";
 
@@ -19,6 +22,9 @@ class clsArraySingle : public Object, private detail::ValueArray<float, 2, 1> {
   clsArraySingle() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
+
+  // The member table late-bound callers see.
+  static ClassInfo describe();
 
   // add, setArraySizeWithEmptyValues, getCount, Count and the refusing copy interface, as every
   // value array has them.

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <ravelin/containers/value_array.hpp>
+#include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/text.hpp>
 #include <ravelin/frame/variant.hpp>
@@ -14,6 +15,8 @@ namespace ravelin {
 class clsArrayString : public Object, private detail::ValueArray<String, 4, 2> {
   using Base = detail::ValueArray<String, 4, 2>;
 
+  friend class ClassBuilder<clsArrayString>;
+
  public:
   static constexpr StringView kClassName = u"clsArrayString";
 
@@ -21,6 +24,9 @@ class clsArrayString : public Object, private detail::ValueArray<String, 4, 2> {
   clsArrayString() : Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
+
+  // The member table late-bound callers see.
+  static ClassInfo describe();
 
   // setArraySizeWithEmptyValues, clear, item (get and let), getCount, Count, removeItem and
   // removeLastItem, as every value array has them.

@@ -87,8 +87,18 @@ inline Param optional(StringView name, Variant defaultValue = Variant()) {
 
 namespace detail {
 
+// What holds an argument during the call: its plain type, except that a text view is held as
+// the text itself so that it outlives the conversion.
+template <typename T>
+struct StorageFor {
+  using type = T;
+};
+template <>
+struct StorageFor<StringView> {
+  using type = String;
+};
 template <typename A>
-using StorageOf = std::remove_cvref_t<A>;
+using StorageOf = typename StorageFor<std::remove_cvref_t<A>>::type;
 
 template <typename A>
 constexpr bool kIsByRef =
@@ -176,6 +186,24 @@ class ClassBuilder {
                     std::initializer_list<Param> params) {
     return addCall<R, A...>(kind, name, params, [fn](C& self, A... a) -> R {
       return (self.*fn)(std::forward<A>(a)...);
+    });
+  }
+  // A member the class takes over from a base (`using Base::add;`). A class with a private base
+  // befriends its builder so that the conversion is allowed here.
+  template <typename B, typename R, typename... A>
+    requires(std::is_base_of_v<B, C> && !std::is_same_v<B, C>)
+  ClassBuilder& add(MemberKind kind, StringView name, R (B::*fn)(A...),
+                    std::initializer_list<Param> params) {
+    return addCall<R, A...>(kind, name, params, [fn](C& self, A... a) -> R {
+      return (static_cast<B&>(self).*fn)(std::forward<A>(a)...);
+    });
+  }
+  template <typename B, typename R, typename... A>
+    requires(std::is_base_of_v<B, C> && !std::is_same_v<B, C>)
+  ClassBuilder& add(MemberKind kind, StringView name, R (B::*fn)(A...) const,
+                    std::initializer_list<Param> params) {
+    return addCall<R, A...>(kind, name, params, [fn](C& self, A... a) -> R {
+      return (static_cast<const B&>(self).*fn)(std::forward<A>(a)...);
     });
   }
   // A lambda taking the object first: [](C& self, int16_t index) { ... }.

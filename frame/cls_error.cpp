@@ -2,6 +2,8 @@
 #include <iterator>
 #include <ravelin/frame/cls_error.hpp>
 
+#include <ravelin/frame/class_builder.hpp>
+
 namespace ravelin {
 
 void clsError::init(int32_t vlCode, StringView vsSource, StringView vsDescription) {
@@ -23,6 +25,16 @@ String clsError::CompleteErrorDescription() const {
   line += source_;
   line += u'>';
   return line;
+}
+
+ClassInfo clsError::describe() {
+  return ClassBuilder<clsError>(u"clsError")
+      .method(u"init", &clsError::init, {u"vlCode", u"vsSource", u"vsDescription"})
+      .get(u"CompleteErrorDescription", &clsError::CompleteErrorDescription)
+      .method(u"getCode", &clsError::getCode)
+      .method(u"getSource", &clsError::getSource)
+      .method(u"getDescription", &clsError::getDescription)
+      .build();
 }
 
 }  // namespace ravelin

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/text.hpp>
 
@@ -13,6 +14,9 @@ class clsError : public Object {
   clsError() = default;
 
   StringView className() const override { return u"clsError"; }
+
+  // The member table late-bound callers see.
+  static ClassInfo describe();
 
   // Stores the three values in the order code, source, description.
   void init(int32_t vlCode, StringView vsSource, StringView vsDescription);

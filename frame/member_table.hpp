@@ -40,6 +40,11 @@ struct MemberInfo {
   MemberInvoker invoke;
 };
 
+// Builds a ClassInfo from a class's typed members (class_builder.hpp). A class that publishes
+// members of a private base names its builder a friend.
+template <typename C>
+class ClassBuilder;
+
 // A public enumeration: its name and its members' names and values, in declaration order.
 struct EnumInfo {
   String name;

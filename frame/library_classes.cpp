@@ -1,0 +1,47 @@
+// The catalogue of the library's public classes and enumerations: what can be created and
+// called by name.
+#include <ravelin/containers/cls_array_boolean.hpp>
+#include <ravelin/containers/cls_array_double.hpp>
+#include <ravelin/containers/cls_array_integer.hpp>
+#include <ravelin/containers/cls_array_long.hpp>
+#include <ravelin/containers/cls_array_single.hpp>
+#include <ravelin/containers/cls_array_string.hpp>
+#include <ravelin/frame/class_registry.hpp>
+#include <ravelin/frame/cls_error.hpp>
+#include <ravelin/frame/error.hpp>
+
+namespace ravelin {
+
+const ClassRegistry& ClassRegistry::library() {
+  static const ClassRegistry registry = [] {
+    ClassRegistry built;
+    registerLibraryClasses(built);
+    return built;
+  }();
+  return registry;
+}
+
+void registerLibraryClasses(ClassRegistry& registry) {
+  registry.addClass(clsError::describe());
+  registry.addClass(clsArrayBoolean::describe());
+  registry.addClass(clsArrayDouble::describe());
+  registry.addClass(clsArrayInteger::describe());
+  registry.addClass(clsArrayLong::describe());
+  registry.addClass(clsArraySingle::describe());
+  registry.addClass(clsArrayString::describe());
+
+  registry.addEnum(EnumInfo{u"enumCommonCode_ErrorCodes",
+                            {
+                                {u"CCEC_InvalidIndex", CCEC_InvalidIndex},
+                                {u"CCEC_UnableToGetUniqueIdentifier", CCEC_UnableToGetUniqueIdentifier},
+                                {u"CCEC_UnableToUpdateUniqueIdentifier",
+                                 CCEC_UnableToUpdateUniqueIdentifier},
+                                {u"CCEC_ItemNotFound", CCEC_ItemNotFound},
+                                {u"CCEC_InvalidId", CCEC_InvalidId},
+                                {u"CCEC_FeatureNotImplemented", CCEC_FeatureNotImplemented},
+                                {u"CCEC_InvalidParameter", CCEC_InvalidParameter},
+                                {u"CCEC_FailedParametersParsing", CCEC_FailedParametersParsing},
+                            }});
+}
+
+}  // namespace ravelin
