@@ -185,6 +185,9 @@ struct DimVariable {
   String name;
   NameId id = 0;
   SourcePos pos;
+  // Inside a procedure, the slot of the local it declares or resizes; kNoSlot at the script
+  // level and for a ReDim of a name the procedure does not declare (a global or an implicit
+  // local, which only the run can tell).
   int32_t localSlot = kNoSlot;
   bool isArray = false;         // Dim a() or Dim a(3)
   std::vector<ExprPtr> bounds;  // upper bounds; empty for Dim a()

@@ -672,9 +672,15 @@ class Parser {
     s->preserve = accept(Keyword::Preserve);
     do {
       DimVariable v = parseDimVariable(false, true);
-      v.localSlot = declare(v.id, v.name, v.pos, true);
+      // At the script level ReDim declares; in a procedure it resizes a local when there is
+      // one and otherwise the global (or an implicit local), which only the run decides.
+      if (procedure_ == nullptr) declare(v.id, v.name, v.pos, true);
       s->variables.push_back(std::move(v));
     } while (accept(TokenKind::Comma));
+    if (procedure_ != nullptr) {
+      for (DimVariable& v : s->variables)
+        pendingReDims_.push_back(&v);
+    }
     return s;
   }
 
@@ -960,6 +966,7 @@ class Parser {
     procedure_ = proc.get();
     locals_.clear();
     pendingNames_.clear();
+    pendingReDims_.clear();
     if (accept(TokenKind::LeftParen)) {
       if (!peek().is(TokenKind::RightParen)) {
         do {
@@ -1015,7 +1022,12 @@ class Parser {
         n->localSlot = proc.resultSlot;
       }
     }
+    for (DimVariable* v : pendingReDims_) {
+      auto it = locals_.find(v->id);
+      if (it != locals_.end()) v->localSlot = it->second;
+    }
     pendingNames_.clear();
+    pendingReDims_.clear();
     locals_.clear();
   }
 
@@ -1027,6 +1039,7 @@ class Parser {
   // The current procedure's locals by name, and the names its body uses.
   std::unordered_map<NameId, int32_t> locals_;
   std::vector<NameExpr*> pendingNames_;
+  std::vector<DimVariable*> pendingReDims_;
   std::unordered_set<NameId> globals_;
   int depth_ = 0;
   int blockDepth_ = 0;

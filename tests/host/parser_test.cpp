@@ -170,39 +170,43 @@ TEST(ParserTest, ProcedureLocalsGetSlots) {
       "  c = a + b + g + d\n"
       "  f = f(c, 1) + f\n"
       "  ReDim e(2)\n"
-      "  Const k = 3\n"
       "  e(0) = k\n"
+      "  Const k = 3\n"
+      "  Dim h()\n"
+      "  ReDim h(1)\n"
       "End Function\n");
   ASSERT_EQ(program.procedures.size(), 1u);
   const Procedure& f = *program.procedures[0];
-  ASSERT_EQ(f.slotNames, (std::vector<String>{u"a", u"b", u"c", u"e", u"k", u"f"}));
+  ASSERT_EQ(f.slotNames, (std::vector<String>{u"a", u"b", u"c", u"k", u"h", u"f"}));
   EXPECT_EQ(f.resultSlot, 5);
+  auto slotOf = [](const ExprPtr& e) { return static_cast<const NameExpr&>(*e).localSlot; };
 
   // c = a + b + g + d: c, a and b are locals; g is global and d implicit.
   const auto& assign = static_cast<const AssignStmt&>(*f.body[1]);
-  EXPECT_EQ(static_cast<const NameExpr&>(*assign.target).localSlot, 2);
+  EXPECT_EQ(slotOf(assign.target), 2);
   const auto* sum = static_cast<const BinaryExpr*>(assign.value.get());
-  EXPECT_EQ(static_cast<const NameExpr&>(*sum->right).localSlot, kNoSlot);  // d
+  EXPECT_EQ(slotOf(sum->right), kNoSlot);  // d
   sum = static_cast<const BinaryExpr*>(sum->left.get());
-  EXPECT_EQ(static_cast<const NameExpr&>(*sum->right).localSlot, kNoSlot);  // g
+  EXPECT_EQ(slotOf(sum->right), kNoSlot);  // g
   sum = static_cast<const BinaryExpr*>(sum->left.get());
-  EXPECT_EQ(static_cast<const NameExpr&>(*sum->left).localSlot, 0);   // a
-  EXPECT_EQ(static_cast<const NameExpr&>(*sum->right).localSlot, 1);  // b
+  EXPECT_EQ(slotOf(sum->left), 0);   // a
+  EXPECT_EQ(slotOf(sum->right), 1);  // b
 
   // f = f(c, 1) + f: the result slot, except where f is called.
   const auto& result = static_cast<const AssignStmt&>(*f.body[2]);
-  EXPECT_EQ(static_cast<const NameExpr&>(*result.target).localSlot, 5);
+  EXPECT_EQ(slotOf(result.target), 5);
   const auto& plus = static_cast<const BinaryExpr&>(*result.value);
-  const auto& call = static_cast<const ApplyExpr&>(*plus.left);
-  EXPECT_EQ(static_cast<const NameExpr&>(*call.callee).localSlot, kNoSlot);
-  EXPECT_EQ(static_cast<const NameExpr&>(*plus.right).localSlot, 5);
+  EXPECT_EQ(slotOf(static_cast<const ApplyExpr&>(*plus.left).callee), kNoSlot);
+  EXPECT_EQ(slotOf(plus.right), 5);
 
-  // e(0) = k: the ReDim'd array and the constant, declared after their first use or not.
-  const auto& element = static_cast<const AssignStmt&>(*f.body[5]);
-  EXPECT_EQ(static_cast<const NameExpr&>(*static_cast<const ApplyExpr&>(*element.target).callee)
-                .localSlot,
-            3);
-  EXPECT_EQ(static_cast<const NameExpr&>(*element.value).localSlot, 4);
+  // ReDim of an undeclared name resizes a global or an implicit local: no slot, for it or
+  // its uses; the constant has its slot before its declaration.
+  EXPECT_EQ(static_cast<const ReDimStmt&>(*f.body[3]).variables[0].localSlot, kNoSlot);
+  const auto& element = static_cast<const AssignStmt&>(*f.body[4]);
+  EXPECT_EQ(slotOf(static_cast<const ApplyExpr&>(*element.target).callee), kNoSlot);
+  EXPECT_EQ(slotOf(element.value), 3);
+  // ReDim of a local resizes the local.
+  EXPECT_EQ(static_cast<const ReDimStmt&>(*f.body[7]).variables[0].localSlot, 4);
 
   // Names differing in case share one id.
   const Program two = parseScript("abc = ABC + Abc");
