@@ -197,7 +197,7 @@ class Parser {
   bool isStatementEnd() const {
     const Token& t = peek();
     return t.is(TokenKind::NewLine) || t.is(TokenKind::Colon) || t.is(TokenKind::End) ||
-           (inlineIf_ > 0 && t.is(Keyword::Else));
+           (inlineIf_ > 0 && (t.is(Keyword::Else) || atEndIf()));
   }
   void requireStatementEnd() {
     if (!isStatementEnd()) fail(kExpectedEndOfStatement);
@@ -480,12 +480,17 @@ class Parser {
       while (accept(TokenKind::Colon)) {
       }
       const Token& t = peek();
-      if (t.is(TokenKind::NewLine) || t.is(TokenKind::End) || t.is(Keyword::Else)) break;
+      if (t.is(TokenKind::NewLine) || t.is(TokenKind::End) || t.is(Keyword::Else) || atEndIf()) {
+        break;
+      }
       body.push_back(parseStatement(true));
       requireStatementEnd();
     }
     return body;
   }
+
+  // "End If", which may close a one-line If on its own line (If a Then b End If).
+  bool atEndIf() const { return peek().is(Keyword::End) && peekAt(1).is(Keyword::If); }
 
   // One statement; null for those that only change the program (Sub, Function, Option).
   StmtPtr parseStatement(bool inlineIf) {
@@ -628,11 +633,13 @@ class Parser {
   }
 
   // An upper bound of Dim: a whole-number literal.
+  // A bound of Dim is one whole-number literal: no sign, no operator, no parentheses.
   ExprPtr parseConstantBound() {
-    ExprPtr e = parseExpression();
-    if (e->kind != ExprKind::Literal) failAt(kExpectedIntegerConstant, e->pos);
-    const VarType type = static_cast<const LiteralExpr&>(*e).value.type();
-    if (type != VarType::Integer && type != VarType::Long) failAt(kExpectedIntegerConstant, e->pos);
+    const Token& t = peek();
+    const VarType type = t.is(TokenKind::Literal) ? t.value.type() : VarType::Empty;
+    if (type != VarType::Integer && type != VarType::Long) fail(kExpectedIntegerConstant);
+    auto e = std::make_unique<LiteralExpr>(posOf(t), t.value);
+    advance();
     return e;
   }
 
@@ -685,10 +692,50 @@ class Parser {
   }
 
   // A literal, possibly negated: the value of a constant or of an optional parameter.
+  // A literal, or a number under any run of unary + and - (Const z = -+-10); no other
+  // operator, since the language does not fold constants.
   Variant parseLiteralConstant() {
-    ExprPtr e = parseExpression();
-    if (e->kind != ExprKind::Literal) failAt(kExpectedLiteralConstant, e->pos);
-    return static_cast<LiteralExpr&>(*e).value;
+    bool signed_ = false;
+    bool negative = false;
+    for (;; advance()) {
+      if (peek().is(TokenKind::Minus)) {
+        negative = !negative;
+      } else if (!peek().is(TokenKind::Plus)) {
+        break;
+      }
+      signed_ = true;
+    }
+    const Token& t = peek();
+    Variant value;
+    if (t.is(TokenKind::Literal)) {
+      value = t.value;
+    } else if (t.is(Keyword::True) || t.is(Keyword::False)) {
+      value = Variant(t.is(Keyword::True));
+    } else if (t.is(Keyword::Null)) {
+      value = Variant::null();
+    } else if (t.is(Keyword::Empty)) {
+      value = Variant();
+    } else if (t.is(Keyword::Nothing)) {
+      value = Variant::nothing();
+    } else {
+      fail(kExpectedLiteralConstant);
+    }
+    const VarType type = value.type();
+    if (signed_ && type != VarType::Integer && type != VarType::Long && type != VarType::Double) {
+      fail(kExpectedLiteralConstant);
+    }
+    advance();
+    if (!negative) return value;
+    // Negation widens where the type cannot hold the result, as the run-time operator does.
+    if (type == VarType::Integer) {
+      const int32_t v = -int32_t{value.asInteger()};
+      return v > 32767 ? Variant(v) : Variant(static_cast<int16_t>(v));
+    }
+    if (type == VarType::Long) {
+      const int64_t v = -int64_t{value.asLong()};
+      return v > 2147483647 ? Variant(static_cast<double>(v)) : Variant(static_cast<int32_t>(v));
+    }
+    return Variant(-value.asDouble());
   }
 
   StmtPtr parseConst(SourcePos p, Visibility visibility) {
@@ -741,6 +788,10 @@ class Parser {
     s->branches.push_back(std::move(first));
     if (accept(Keyword::Else)) s->elseBody = parseInlineStatements();
     --inlineIf_;
+    if (atEndIf()) {
+      advance();
+      advance();
+    }
     return s;
   }
 
