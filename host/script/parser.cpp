@@ -632,7 +632,6 @@ class Parser {
     return s;
   }
 
-  // An upper bound of Dim: a whole-number literal.
   // A bound of Dim is one whole-number literal: no sign, no operator, no parentheses.
   ExprPtr parseConstantBound() {
     const Token& t = peek();
