@@ -6,6 +6,10 @@ function(ravelin_set_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion
                                              -Wno-sign-conversion -Wnon-virtual-dtor
                                              $<$<BOOL:${RAVELIN_WERROR}>:-Werror>)
+    # GCC 12 reports false -Wrestrict overlaps inside std::basic_string at -O2 (GCC bug 105329).
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+      target_compile_options(${target} PRIVATE -Wno-restrict)
+    endif()
   endif()
 endfunction()
 
