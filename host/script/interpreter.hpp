@@ -1,0 +1,65 @@
+// The interpreter of the script language: runs a parsed script with the automation runtime's
+// variant semantics, late-bound calls into the library, and the runtime's error handling.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include <ravelin/frame/error.hpp>
+#include <ravelin/frame/variant.hpp>
+
+namespace ravelin::script {
+
+// A runtime error that no On Error Resume Next caught, with the place it happened.
+class ScriptError : public AutomationError {
+ public:
+  ScriptError(const AutomationError& error, uint32_t line, uint32_t column)
+      : AutomationError(error), line_(line), column_(column) {}
+  uint32_t line() const { return line_; }
+  uint32_t column() const { return column_; }
+
+ private:
+  uint32_t line_;
+  uint32_t column_;
+};
+
+// Raised by WScript.Quit to end the script with an exit code; never caught by On Error.
+struct ScriptQuit {
+  int exitCode = 0;
+};
+
+class Interpreter {
+ public:
+  Interpreter();
+  ~Interpreter();
+  Interpreter(const Interpreter&) = delete;
+  Interpreter& operator=(const Interpreter&) = delete;
+
+  // A global object the script sees by name (WScript).
+  void addGlobalObject(StringView name, ObjectRef object);
+
+  // Parses and runs a whole script. A syntax error raises SyntaxError (syntax_error.hpp); an
+  // uncaught runtime error raises ScriptError; WScript.Quit raises ScriptQuit.
+  void run(StringView source);
+
+  // Runs statements typed at the interactive prompt, in the global scope of earlier input.
+  void execute(StringView statements);
+  // Evaluates one expression in the global scope (the prompt prints its value).
+  Variant evaluate(StringView expression);
+
+  // Calls the script's Sub or Function of that name with the arguments (by reference where the
+  // procedure declares it, writing back into `arguments`); false when the script has none.
+  // Events connected with WScript.ConnectObject arrive this way.
+  bool callProcedure(StringView name, std::span<Variant> arguments);
+
+  // Bounds the statements and loop iterations a run may take; past it the run raises an error.
+  // Fuzzing uses it to turn endless loops into errors. 0 (the default) means no bound.
+  void setStepBudget(uint64_t steps);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace ravelin::script
