@@ -1,0 +1,38 @@
+// The script host's built-in functions (CStr, Len, DateAdd, UBound...): a table the interpreter
+// looks up by name and calls with evaluated arguments.
+#pragma once
+
+#include <functional>
+#include <limits>
+#include <ravelin/frame/date.hpp>
+#include <ravelin/frame/variant.hpp>
+#include <span>
+
+namespace ravelin::script {
+
+// The maxArgs of a function that takes any number of arguments (Array).
+inline constexpr int kAnyArgumentCount = std::numeric_limits<int>::max();
+
+// One built-in function. The interpreter checks the argument count against minArgs and maxArgs
+// (450 otherwise) and passes the values with object default members already resolved, except
+// for IsObject, TypeName and VarType, which see objects as they are. An omitted optional
+// argument is Variant::missing() or simply absent from the end of the span; each function
+// applies the runtime's default. Functions raise the runtime's errors (5, 6, 13, 94...).
+struct Builtin {
+  StringView name;  // the runtime's spelling ("InStrRev")
+  int minArgs;
+  int maxArgs;
+  Variant (*call)(std::span<const Variant> args);
+};
+
+// The built-in function of that name, matched without regard to case, or null. A binary search
+// of static tables: no work at start-up.
+const Builtin* findBuiltin(StringView name);
+
+// The clock Date, Time, Now, Timer and Randomize read: the local date and time as a serial.
+// Tests replace it to fix the time; an empty function restores the system clock.
+using Clock = std::function<Date()>;
+void setClock(Clock clock);
+Date currentDateTime();
+
+}  // namespace ravelin::script

@@ -1,0 +1,544 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/date_time.hpp>
+#include <ravelin/frame/error.hpp>
+#include <ravelin/frame/locale.hpp>
+#include <ravelin/host/script/builtins.hpp>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace ravelin::script {
+namespace {
+
+// Shorthands for the values in the tables.
+Variant I(int v) {
+  return Variant(static_cast<int16_t>(v));
+}
+Variant L(int32_t v) {
+  return Variant(v);
+}
+Variant D(double v) {
+  return Variant(v);
+}
+Variant F(float v) {
+  return Variant(v);
+}
+Variant B(bool v) {
+  return Variant(v);
+}
+Variant S(const char16_t* v) {
+  return Variant(String(v));
+}
+Variant Cur(int64_t scaled) {
+  return Variant(Currency::fromScaled(scaled));
+}
+Variant Dt(int y, int m, int d, int h = 0, int n = 0, int s = 0) {
+  return Variant(makeDate(y, m, d, h, n, s));
+}
+const Variant kNull = Variant::null();
+const Variant kEmpty;
+const Variant kMissing = Variant::missing();
+
+Variant arrayOf(VarType type, std::vector<Variant> items) {
+  SafeArray array;
+  array.elementType = type;
+  array.bounds.push_back({0, static_cast<int32_t>(items.size())});
+  array.elements = std::move(items);
+  return Variant(std::move(array));
+}
+Variant Arr(std::vector<Variant> items) {
+  return arrayOf(VarType::Variant, std::move(items));
+}
+Variant Strs(std::vector<Variant> items) {
+  return arrayOf(VarType::String, std::move(items));
+}
+
+// A readable form of a value for failure messages.
+std::string describe(const Variant& v) {
+  std::string text = toUtf8(v.typeName());
+  if (v.isArray()) {
+    text += " {";
+    for (const Variant& e : v.asArray().elements)
+      text += describe(e) + ",";
+    return text + "}";
+  }
+  try {
+    text += " " + toUtf8(CStr(v));
+    if (v.type() == VarType::Double || v.type() == VarType::Date) {
+      char exact[40];
+      const double x = v.type() == VarType::Date ? v.asDate().serial : v.asDouble();
+      std::snprintf(exact, sizeof exact, " (%.17g)", x);
+      text += exact;
+    }
+  } catch (const AutomationError&) {
+  }
+  return text;
+}
+
+// One call: the function, its arguments, and the expected value or error number. A row with a
+// locale runs under it; otherwise under en-US.
+struct Row {
+  const char16_t* name;
+  std::vector<Variant> args;
+  Variant expected;
+  int error = 0;
+  const char16_t* locale = u"en-US";
+};
+
+// Calls each row through findBuiltin, as the interpreter does, with the argument count checked
+// against the table.
+void runRows(const std::vector<Row>& rows) {
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const Row& row = rows[i];
+    SCOPED_TRACE("row " + std::to_string(i) + ": " + toUtf8(row.name));
+    const ScopedLocale locale{StringView(row.locale)};
+    const Builtin* builtin = findBuiltin(row.name);
+    ASSERT_NE(builtin, nullptr);
+    const auto count = static_cast<int>(row.args.size());
+    ASSERT_GE(count, builtin->minArgs);
+    ASSERT_LE(count, builtin->maxArgs);
+    try {
+      const Variant result = builtin->call(row.args);
+      EXPECT_EQ(row.error, 0) << "no error, got " << describe(result);
+      if (row.error == 0) {
+        EXPECT_TRUE(result == row.expected)
+            << "got " << describe(result) << ", expected " << describe(row.expected);
+      }
+    } catch (const AutomationError& e) {
+      EXPECT_EQ(e.number(), row.error) << e.what();
+    }
+  }
+}
+
+TEST(BuiltinsTest, LookupIgnoresCaseAndKnowsTheCounts) {
+  struct Case {
+    const char16_t* name;
+    const char16_t* canonical;  // null when there is no such function
+    int minArgs;
+    int maxArgs;
+  };
+  const Case cases[] = {
+      {u"instr", u"InStr", 2, 4},     {u"INSTRREV", u"InStrRev", 2, 4},
+      {u"mid", u"Mid", 2, 3},         {u"array", u"Array", 0, kAnyArgumentCount},
+      {u"Now", u"Now", 0, 0},         {u"dateadd", u"DateAdd", 3, 3},
+      {u"Replace", u"Replace", 3, 6}, {u"cstr", u"CStr", 1, 1},
+      {u"Abs", u"Abs", 1, 1},         {u"YEAR", u"Year", 1, 1},
+      {u"Str", nullptr, 0, 0},        {u"InStrR", nullptr, 0, 0},
+      {u"", nullptr, 0, 0},           {u"Zzz", nullptr, 0, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(toUtf8(c.name));
+    const Builtin* found = findBuiltin(c.name);
+    if (c.canonical == nullptr) {
+      EXPECT_EQ(found, nullptr);
+      continue;
+    }
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(found->name, StringView(c.canonical));
+    EXPECT_EQ(found->minArgs, c.minArgs);
+    EXPECT_EQ(found->maxArgs, c.maxArgs);
+  }
+}
+
+TEST(BuiltinsTest, ConversionsAndTypes) {
+  SafeArray grid;  // (1 To 3, 0 To 1)
+  grid.bounds = {{1, 3}, {0, 2}};
+  grid.elements.resize(6);
+  const Variant matrix(grid);
+  runRows({
+      {u"CStr", {D(1.5)}, S(u"1.5")},
+      {u"CStr", {D(1.5)}, S(u"1,5"), 0, u"de-DE"},
+      {u"CStr", {B(true)}, S(u"True")},
+      {u"CStr", {kNull}, {}, 94},
+      {u"CDbl", {S(u"1,5")}, D(1.5), 0, u"de-DE"},
+      {u"CDbl", {S(u"1.5")}, D(15), 0, u"de-DE"},
+      {u"CDbl", {S(u"1,5")}, D(15)},
+      {u"CDbl", {S(u"abc")}, {}, 13},
+      {u"CInt", {D(2.5)}, I(2)},
+      {u"CInt", {S(u"3.5")}, I(4)},
+      {u"CInt", {S(u"32767.5")}, {}, 6},
+      {u"CLng", {kNull}, {}, 94},
+      {u"CByte", {D(255.5)}, {}, 6},
+      {u"CCur", {S(u"1.23456")}, Cur(12346)},
+      {u"CSng", {D(1.5)}, F(1.5f)},
+      {u"CBool", {S(u"false")}, B(false)},
+      {u"CDate", {S(u"2010-03-02")}, Dt(2010, 3, 2)},
+      {u"IsNumeric", {S(u"1e3")}, B(true)},
+      {u"IsNumeric", {S(u" 12 ")}, B(true)},
+      {u"IsNumeric", {S(u"&H10")}, B(true)},
+      {u"IsNumeric", {S(u"1,5")}, B(true), 0, u"de-DE"},
+      {u"IsNumeric", {S(u"1,5.2")}, B(false), 0, u"de-DE"},
+      {u"IsNumeric", {S(u"")}, B(false)},
+      {u"IsNumeric", {S(u"12abc")}, B(false)},
+      {u"IsNumeric", {kEmpty}, B(true)},
+      {u"IsNumeric", {kNull}, B(false)},
+      {u"IsNumeric", {B(true)}, B(true)},
+      {u"IsNumeric", {Dt(2010, 1, 1)}, B(false)},
+      {u"IsNumeric", {Arr({})}, B(false)},
+      {u"IsDate", {S(u"2010-03-02")}, B(true)},
+      {u"IsDate", {S(u"31/12/2010")}, B(true), 0, u"pt-BR"},
+      {u"IsDate", {S(u"abc")}, B(false)},
+      {u"IsDate", {D(1)}, B(false)},
+      {u"IsDate", {Dt(2010, 1, 1)}, B(true)},
+      {u"IsEmpty", {kEmpty}, B(true)},
+      {u"IsEmpty", {S(u"")}, B(false)},
+      {u"IsNull", {kNull}, B(true)},
+      {u"IsNull", {kEmpty}, B(false)},
+      {u"IsArray", {Arr({I(1)})}, B(true)},
+      {u"IsObject", {Variant::nothing()}, B(true)},
+      {u"IsObject", {I(1)}, B(false)},
+      {u"TypeName", {I(1)}, S(u"Integer")},
+      {u"TypeName", {kNull}, S(u"Null")},
+      {u"TypeName", {Variant::nothing()}, S(u"Nothing")},
+      {u"TypeName", {Cur(1)}, S(u"Currency")},
+      {u"TypeName", {Arr({})}, S(u"Variant()")},
+      {u"VarType", {Arr({})}, I(8204)},
+      {u"VarType", {Strs({})}, I(8200)},
+      {u"VarType", {S(u"")}, I(8)},
+      {u"VarType", {kNull}, I(1)},
+      {u"Array", {}, Arr({})},
+      {u"Array", {I(1), S(u"a"), kNull}, Arr({I(1), S(u"a"), kNull})},
+      {u"LBound", {Arr({I(1), I(2)})}, L(0)},
+      {u"UBound", {Arr({I(1), I(2)})}, L(1)},
+      {u"UBound", {Arr({})}, L(-1)},
+      {u"LBound", {matrix}, L(1)},
+      {u"UBound", {matrix, I(1)}, L(3)},
+      {u"UBound", {matrix, I(2)}, L(1)},
+      {u"UBound", {matrix, I(3)}, {}, 9},
+      {u"UBound", {matrix, I(0)}, {}, 9},
+      {u"UBound", {S(u"a")}, {}, 13},
+  });
+}
+
+TEST(BuiltinsTest, SetLocaleReturnsThePreviousIdAndChecksTheName) {
+  const ScopedLocale scope{StringView(u"en-US")};
+  const Builtin* set = findBuiltin(u"SetLocale");
+  const Builtin* get = findBuiltin(u"GetLocale");
+  ASSERT_NE(set, nullptr);
+  ASSERT_NE(get, nullptr);
+  EXPECT_TRUE(get->call({}) == L(1033));
+  const std::vector<Variant> byId = {L(1046)};
+  EXPECT_TRUE(set->call(byId) == L(1033));
+  EXPECT_EQ(currentLocale().name, u"pt-BR");
+  const std::vector<Variant> byName = {S(u"de-DE")};
+  EXPECT_TRUE(set->call(byName) == L(1046));
+  EXPECT_EQ(currentLocale().decimalSeparator, u",");
+  EXPECT_TRUE(get->call({}) == L(1031));
+  for (const Variant& bad : {S(u"xx-YY"), L(-5), L(99999)}) {
+    const std::vector<Variant> args = {bad};
+    try {
+      set->call(args);
+      ADD_FAILURE() << "no error for " << describe(bad);
+    } catch (const AutomationError& e) {
+      EXPECT_EQ(e.number(), 5);
+    }
+  }
+  EXPECT_EQ(currentLocale().name, u"de-DE");  // a failed call changes nothing
+}
+
+TEST(BuiltinsTest, Math) {
+  runRows({
+      {u"Abs", {I(-5)}, I(5)},
+      {u"Abs", {I(-32768)}, L(32768)},
+      {u"Abs", {L(-2147483647 - 1)}, D(2147483648.0)},
+      {u"Abs", {kNull}, kNull},
+      {u"Abs", {kEmpty}, I(0)},
+      {u"Abs", {B(true)}, I(1)},
+      {u"Abs", {S(u"-2.5")}, D(2.5)},
+      {u"Abs", {Cur(-15000)}, Cur(15000)},
+      {u"Abs", {Arr({})}, {}, 13},
+      {u"Int", {D(-8.4)}, D(-9)},
+      {u"Fix", {D(-8.4)}, D(-8)},
+      {u"Int", {kNull}, kNull},
+      {u"Fix", {kNull}, kNull},
+      {u"Int", {S(u"2.7")}, D(2)},
+      {u"Int", {F(-0.5f)}, F(-1.0f)},
+      {u"Int", {Cur(-15000)}, Cur(-20000)},
+      {u"Fix", {Cur(-15000)}, Cur(-10000)},
+      {u"Int", {I(7)}, I(7)},
+      {u"Round", {D(2.5)}, D(2)},
+      {u"Round", {D(3.5)}, D(4)},
+      {u"Round", {D(-2.5)}, D(-2)},
+      {u"Round", {D(0.12345), I(4)}, D(0.1234)},
+      {u"Round", {D(0.12355), I(4)}, D(0.1236)},
+      {u"Round", {D(0.00005), I(4)}, D(0)},
+      {u"Round", {D(2.675), I(2)}, D(2.68)},
+      {u"Round", {D(1.005), I(2)}, D(1)},
+      {u"Round", {D(1.5), kMissing}, D(2)},
+      {u"Round", {D(1e300), I(400)}, D(1e300)},
+      {u"Round", {D(1.5), I(-1)}, {}, 5},
+      {u"Round", {kNull}, kNull},
+      {u"Round", {I(7), I(2)}, I(7)},
+      {u"Round", {Cur(12345), I(2)}, Cur(12300)},
+      {u"Round", {Cur(12250), I(2)}, Cur(12200)},
+      {u"Round", {Cur(-12350), I(2)}, Cur(-12400)},
+      {u"Round", {B(true)}, I(-1)},
+      {u"Sgn", {D(-0.5)}, I(-1)},
+      {u"Sgn", {kEmpty}, I(0)},
+      {u"Sgn", {S(u"3")}, I(1)},
+      {u"Sgn", {kNull}, kNull},
+      {u"Sqr", {I(16)}, D(4)},
+      {u"Sqr", {D(-1)}, {}, 5},
+      {u"Sqr", {kNull}, kNull},
+      {u"Log", {D(0)}, {}, 5},
+      {u"Exp", {D(1000)}, {}, 6},
+      {u"Exp", {I(0)}, D(1)},
+      {u"Hex", {L(255)}, S(u"FF")},
+      {u"Hex", {I(-1)}, S(u"FFFFFFFF")},
+      {u"Hex", {L(-2147483647 - 1)}, S(u"80000000")},
+      {u"Hex", {D(2.5)}, S(u"2")},
+      {u"Hex", {kEmpty}, S(u"0")},
+      {u"Hex", {kNull}, kNull},
+      {u"Hex", {D(4294967295.0)}, {}, 6},
+      {u"Oct", {I(8)}, S(u"10")},
+      {u"Oct", {I(-1)}, S(u"37777777777")},
+  });
+}
+
+TEST(BuiltinsTest, RndFollowsTheRuntimesSequence) {
+  const Builtin* rnd = findBuiltin(u"rnd");
+  ASSERT_NE(rnd, nullptr);
+  // Each thread starts from the runtime's fixed seed: the well-known first two values.
+  std::thread([rnd] {
+    EXPECT_NEAR(rnd->call({}).asSingle(), 0.7055475f, 1e-7);
+    EXPECT_NEAR(rnd->call({}).asSingle(), 0.533424f, 1e-6);
+    const std::vector<Variant> zero = {I(0)};
+    EXPECT_NEAR(rnd->call(zero).asSingle(), 0.533424f, 1e-6);
+  }).join();
+  const std::vector<Variant> minusOne = {I(-1)};
+  const float first = rnd->call(minusOne).asSingle();
+  EXPECT_NEAR(first, 0.224007f, 1e-6);
+  EXPECT_EQ(rnd->call(minusOne).asSingle(), first);
+  for (int i = 0; i < 1000; ++i) {
+    const float x = rnd->call({}).asSingle();
+    ASSERT_GE(x, 0.0f);
+    ASSERT_LT(x, 1.0f);
+  }
+}
+
+TEST(BuiltinsTest, Text) {
+  runRows({
+      {u"Len", {kNull}, kNull},
+      {u"Len", {S(u"abc")}, L(3)},
+      {u"Len", {I(123)}, L(3)},
+      {u"Len", {kEmpty}, L(0)},
+      {u"Left", {kNull, I(1)}, kNull},
+      {u"Left", {S(u"abc"), I(5)}, S(u"abc")},
+      {u"Left", {S(u"abc"), I(-1)}, {}, 5},
+      {u"Left", {S(u"abc"), kNull}, {}, 94},
+      {u"Right", {S(u"abc"), I(2)}, S(u"bc")},
+      {u"Right", {S(u"abc"), I(10)}, S(u"abc")},
+      {u"Right", {kNull, I(1)}, kNull},
+      {u"UCase", {kNull}, kNull},
+      {u"UCase", {S(u"ab\u00e9")}, S(u"AB\u00c9")},
+      {u"LCase", {I(1)}, S(u"1")},
+      {u"Mid", {S(u"abcdef"), I(0)}, {}, 5},
+      {u"Mid", {S(u"abcdef"), I(2), I(3)}, S(u"bcd")},
+      {u"Mid", {S(u"abcdef"), I(2)}, S(u"bcdef")},
+      {u"Mid", {S(u"abc"), I(5)}, S(u"")},
+      {u"Mid", {S(u"abc"), I(1), I(-1)}, {}, 5},
+      {u"Mid", {kNull, I(1)}, kNull},
+      {u"Chr", {I(65)}, S(u"A")},
+      {u"Chr", {I(128)}, S(u"\u20ac")},
+      {u"Chr", {I(256)}, {}, 5},
+      {u"Chr", {I(-1)}, {}, 5},
+      {u"Chr", {kNull}, {}, 94},
+      {u"ChrW", {L(8364)}, S(u"\u20ac")},
+      {u"ChrW", {I(-1)}, S(u"\uffff")},
+      {u"ChrW", {L(65536)}, {}, 5},
+      {u"Asc", {S(u"")}, {}, 5},
+      {u"Asc", {S(u"Ab")}, I(65)},
+      {u"Asc", {S(u"\u20ac")}, I(128)},
+      {u"Asc", {kNull}, {}, 94},
+      {u"AscW", {S(u"\u20ac")}, I(8364)},
+      {u"AscW", {S(u"\uffff")}, I(-1)},
+      {u"InStr", {S(u"abcabc"), S(u"c")}, L(3)},
+      {u"InStr", {I(4), S(u"abcabc"), S(u"c")}, L(6)},
+      {u"InStr", {I(1), S(u"ABC"), S(u"b"), I(1)}, L(2)},
+      {u"InStr", {I(1), S(u"ABC"), S(u"b"), I(0)}, L(0)},
+      {u"InStr", {S(u"abc"), S(u"c"), kMissing, kMissing}, L(3)},
+      {u"InStr", {I(0), S(u"abc"), S(u"a")}, {}, 5},
+      {u"InStr", {kNull, S(u"abc"), S(u"a")}, {}, 94},
+      {u"InStr", {kNull, S(u"a")}, kNull},
+      {u"InStr", {I(1), S(u"abc"), kNull}, kNull},
+      {u"InStr", {S(u"abc"), S(u"")}, L(1)},
+      {u"InStr", {I(2), S(u"abc"), S(u"")}, L(2)},
+      {u"InStr", {I(5), S(u"abc"), S(u"a")}, L(0)},
+      {u"InStr", {S(u""), S(u"a")}, L(0)},
+      {u"InStr", {I(1), S(u"abc"), S(u"a"), I(2)}, {}, 5},
+      {u"InStrRev", {S(u"abcabc"), S(u"c")}, L(6)},
+      {u"InStrRev", {S(u"abcabc"), S(u"c"), I(5)}, L(3)},
+      {u"InStrRev", {S(u"abcabc"), S(u"BC"), I(-1), I(1)}, L(5)},
+      {u"InStrRev", {S(u"abc"), S(u"bc"), I(2)}, L(0)},
+      {u"InStrRev", {S(u"abc"), S(u"a"), I(4)}, L(0)},
+      {u"InStrRev", {S(u"abc"), S(u"")}, L(3)},
+      {u"InStrRev", {S(u"abc"), S(u"c"), I(0)}, {}, 5},
+      {u"InStrRev", {kNull, S(u"c")}, kNull},
+      {u"Trim", {S(u"  a b  ")}, S(u"a b")},
+      {u"LTrim", {S(u"  a b  ")}, S(u"a b  ")},
+      {u"RTrim", {S(u"  a b  ")}, S(u"  a b")},
+      {u"Trim", {S(u"\ta\t")}, S(u"\ta\t")},
+      {u"Trim", {kNull}, kNull},
+      {u"Replace", {S(u"This is a beautiful day!"), S(u"i"), S(u"##"), I(15)}, S(u"t##ful day!")},
+      {u"Replace",
+       {S(u"This is a beautiful day!"), S(u"i"), S(u"##"), I(1), I(2)},
+       S(u"Th##s ##s a beautiful day!")},
+      {u"Replace", {S(u"aAa"), S(u"a"), S(u"x"), kMissing, kMissing, I(1)}, S(u"xxx")},
+      {u"Replace", {S(u"aAa"), S(u"a"), S(u"x")}, S(u"xAx")},
+      {u"Replace", {S(u"aaa"), S(u"aa"), S(u"a")}, S(u"aa")},
+      {u"Replace", {S(u"abc"), S(u""), S(u"x")}, S(u"abc")},
+      {u"Replace", {S(u"abc"), S(u"b"), S(u"")}, S(u"ac")},
+      {u"Replace", {S(u"abc"), S(u"b"), S(u"x"), I(4)}, S(u"")},
+      {u"Replace", {S(u"abc"), S(u"b"), S(u"x"), I(2), I(0)}, S(u"bc")},
+      {u"Replace", {S(u"abc"), S(u"b"), S(u"x"), I(0)}, {}, 5},
+      {u"Replace", {S(u"abc"), S(u"b"), S(u"x"), I(1), I(-2)}, {}, 5},
+      {u"Replace", {kNull, S(u"a"), S(u"b")}, {}, 94},
+      {u"Space", {I(3)}, S(u"   ")},
+      {u"Space", {I(-1)}, {}, 5},
+      {u"String", {I(3), S(u"ab")}, S(u"aaa")},
+      {u"String", {I(2), L(321)}, S(u"AA")},
+      {u"String", {I(2), S(u"")}, {}, 5},
+      {u"String", {kNull, S(u"a")}, kNull},
+      {u"StrComp", {S(u"a"), S(u"B")}, I(1)},
+      {u"StrComp", {S(u"a"), S(u"B"), I(1)}, I(-1)},
+      {u"StrComp", {S(u"a"), S(u"A"), I(1)}, I(0)},
+      {u"StrComp", {I(10), S(u"9")}, I(-1)},
+      {u"StrComp", {kNull, S(u"a")}, kNull},
+      {u"StrComp", {S(u"a"), S(u"a"), I(3)}, {}, 5},
+      {u"StrReverse", {S(u"abc")}, S(u"cba")},
+      {u"StrReverse", {kNull}, {}, 94},
+      {u"Split", {S(u"a,b,,c"), S(u",")}, Strs({S(u"a"), S(u"b"), S(u""), S(u"c")})},
+      {u"Split", {S(u"a b")}, Strs({S(u"a"), S(u"b")})},
+      {u"Split", {S(u"")}, Strs({})},
+      {u"Split", {S(u"a,b,c"), S(u","), I(2)}, Strs({S(u"a"), S(u"b,c")})},
+      {u"Split", {S(u"a,b,c"), S(u","), I(0)}, Strs({})},
+      {u"Split", {S(u"aXbxc"), S(u"x"), I(-1), I(1)}, Strs({S(u"a"), S(u"b"), S(u"c")})},
+      {u"Split", {S(u"aXbxc"), S(u"x")}, Strs({S(u"aXb"), S(u"c")})},
+      {u"Split", {S(u"abc"), S(u"")}, Strs({S(u"abc")})},
+      {u"Split", {S(u"a,b"), S(u","), I(-2)}, {}, 5},
+      {u"Split", {kNull}, {}, 94},
+      {u"Join", {Arr({S(u"a"), I(1), B(true)}), S(u"-")}, S(u"a-1-True")},
+      {u"Join", {Arr({S(u"a"), S(u"b")})}, S(u"a b")},
+      {u"Join", {Strs({})}, S(u"")},
+      {u"Join", {S(u"a")}, {}, 13},
+      {u"Filter", {Arr({S(u"apple"), S(u"Banana"), S(u"cherry")}), S(u"an")}, Strs({S(u"Banana")})},
+      {u"Filter",
+       {Arr({S(u"apple"), S(u"Banana"), S(u"cherry")}), S(u"an"), B(false)},
+       Strs({S(u"apple"), S(u"cherry")})},
+      {u"Filter",
+       {Arr({S(u"apple"), S(u"Banana"), S(u"cherry")}), S(u"A"), B(true), I(1)},
+       Strs({S(u"apple"), S(u"Banana")})},
+      {u"Filter", {S(u"a"), S(u"a")}, {}, 13},
+  });
+}
+
+TEST(BuiltinsTest, Dates) {
+  runRows({
+      {u"DateSerial", {I(2010), I(14), I(1)}, Dt(2011, 2, 1)},
+      {u"DateSerial", {I(2010), I(1), I(0)}, Dt(2009, 12, 31)},
+      {u"DateSerial", {kNull, I(1), I(1)}, {}, 94},
+      {u"TimeSerial", {I(25), I(0), I(0)}, Variant(Date{25.0 / 24.0})},
+      {u"DateAdd", {S(u"m"), I(1), Dt(2010, 1, 31)}, Dt(2010, 2, 28)},
+      {u"DateAdd", {S(u"m"), I(1), Dt(2012, 1, 31)}, Dt(2012, 2, 29)},
+      {u"DateAdd", {S(u"yyyy"), I(1), Dt(2012, 2, 29)}, Dt(2013, 2, 28)},
+      {u"DateAdd", {S(u"q"), I(-1), Dt(2010, 5, 31, 8, 0, 0)}, Dt(2010, 2, 28, 8, 0, 0)},
+      {u"DateAdd", {S(u"M"), I(13), S(u"1/31/2010")}, Dt(2011, 2, 28)},
+      {u"DateAdd", {S(u"d"), I(1), Dt(2010, 12, 31, 10, 30)}, Dt(2011, 1, 1, 10, 30)},
+      {u"DateAdd", {S(u"y"), I(-1), Dt(2010, 3, 1)}, Dt(2010, 2, 28)},
+      {u"DateAdd", {S(u"w"), I(3), Dt(2010, 1, 1)}, Dt(2010, 1, 4)},
+      {u"DateAdd", {S(u"ww"), I(2), Dt(2010, 1, 1)}, Dt(2010, 1, 15)},
+      {u"DateAdd", {S(u"h"), I(25), Dt(2010, 1, 1, 23)}, Dt(2010, 1, 3)},
+      {u"DateAdd", {S(u"n"), I(-1), Dt(1899, 12, 30)}, Dt(1899, 12, 29, 23, 59)},
+      {u"DateAdd", {S(u"s"), I(1), Dt(1899, 12, 29, 23, 59, 59)}, Dt(1899, 12, 30)},
+      {u"DateAdd", {S(u"d"), I(2), Dt(1899, 12, 28, 6)}, Dt(1899, 12, 30, 6)},
+      {u"DateAdd", {S(u"d"), D(1.5), Dt(2010, 1, 1)}, Dt(2010, 1, 3)},
+      {u"DateAdd", {S(u"d"), I(1), Dt(9999, 12, 31)}, {}, 5},
+      {u"DateAdd", {S(u"yyyy"), I(-1), Dt(100, 6, 1)}, {}, 5},
+      {u"DateAdd", {S(u"x"), I(1), Dt(2010, 1, 1)}, {}, 5},
+      {u"DateAdd", {S(u"d"), I(1), kNull}, kNull},
+      {u"DateDiff", {S(u"yyyy"), Dt(2010, 12, 31), Dt(2011, 1, 1)}, L(1)},
+      {u"DateDiff", {S(u"d"), Dt(2010, 1, 1, 23), Dt(2010, 1, 2, 1)}, L(1)},
+      {u"DateDiff", {S(u"h"), Dt(2010, 1, 1, 23, 59), Dt(2010, 1, 2, 0, 1)}, L(1)},
+      {u"DateDiff", {S(u"n"), Dt(2010, 1, 1, 0, 0, 59), Dt(2010, 1, 1, 0, 1, 0)}, L(1)},
+      {u"DateDiff", {S(u"m"), Dt(2010, 1, 31), Dt(2010, 2, 1)}, L(1)},
+      {u"DateDiff", {S(u"q"), Dt(2010, 3, 31), Dt(2010, 4, 1)}, L(1)},
+      {u"DateDiff", {S(u"q"), Dt(2010, 1, 1), Dt(2010, 3, 31)}, L(0)},
+      {u"DateDiff", {S(u"d"), Dt(2010, 1, 2), Dt(2010, 1, 1)}, L(-1)},
+      {u"DateDiff", {S(u"w"), Dt(2010, 1, 15), Dt(2010, 1, 2)}, L(-1)},
+      {u"DateDiff", {S(u"w"), Dt(2010, 1, 2), Dt(2010, 1, 8)}, L(0)},
+      {u"DateDiff", {S(u"ww"), Dt(2010, 1, 2), Dt(2010, 1, 3)}, L(1)},
+      {u"DateDiff", {S(u"ww"), Dt(2010, 1, 3), Dt(2010, 1, 9)}, L(0)},
+      {u"DateDiff", {S(u"ww"), Dt(2010, 1, 2), Dt(2010, 1, 3), I(2)}, L(0)},
+      {u"DateDiff", {S(u"ww"), Dt(2010, 1, 3), Dt(2010, 1, 4), I(2)}, L(1)},
+      {u"DateDiff", {S(u"ww"), Dt(2010, 1, 10), Dt(2010, 1, 9)}, L(-1)},
+      {u"DateDiff", {S(u"s"), Dt(1899, 12, 29, 23, 59, 59), Dt(1899, 12, 30)}, L(1)},
+      {u"DateDiff", {S(u"s"), Dt(100, 1, 1), Dt(9999, 12, 31)}, {}, 6},
+      {u"DateDiff", {S(u"d"), kNull, Dt(2010, 1, 1)}, kNull},
+      {u"DateDiff", {S(u"d"), Dt(2010, 1, 1), Dt(2010, 1, 1), I(8)}, {}, 5},
+      {u"DatePart", {S(u"ww"), Dt(2003, 12, 29), I(2), I(2)}, I(1)},
+      {u"DatePart", {S(u"ww"), Dt(2010, 1, 3)}, I(2)},
+      {u"DatePart", {S(u"ww"), Dt(2010, 1, 3), I(2)}, I(1)},
+      {u"DatePart", {S(u"y"), Dt(2012, 3, 1)}, I(61)},
+      {u"DatePart", {S(u"q"), Dt(2010, 11, 5)}, I(4)},
+      {u"DatePart", {S(u"w"), Dt(2010, 1, 1)}, I(6)},
+      {u"DatePart", {S(u"w"), Dt(2010, 1, 1), I(2)}, I(5)},
+      {u"DatePart", {S(u"n"), Dt(2010, 1, 1, 10, 30)}, I(30)},
+      {u"DatePart", {S(u"d"), kNull}, kNull},
+      {u"DatePart", {S(u"ww"), Dt(2010, 1, 1), I(8)}, {}, 5},
+      {u"DatePart", {S(u"ww"), Dt(2010, 1, 1), I(1), I(4)}, {}, 5},
+      {u"Year", {S(u"2010-03-02")}, I(2010)},
+      {u"Month", {kNull}, kNull},
+      {u"Day", {D(-1.25)}, I(29)},
+      {u"Hour", {D(-1.25)}, I(6)},
+      {u"Second", {Dt(2010, 1, 1, 1, 2, 3)}, I(3)},
+      {u"Day", {S(u"abc")}, {}, 13},
+      {u"Weekday", {Dt(2010, 1, 1)}, I(6)},
+      {u"Weekday", {Dt(2010, 1, 1), I(2)}, I(5)},
+      {u"Weekday", {kNull}, kNull},
+      {u"DateValue", {Dt(2010, 1, 1, 10)}, Dt(2010, 1, 1)},
+      {u"TimeValue", {S(u"2010-01-01 06:00")}, Variant(Date{0.25})},
+      {u"WeekdayName", {I(1)}, S(u"Sunday")},
+      {u"WeekdayName", {I(1), B(true), I(2)}, S(u"Mon")},
+      {u"WeekdayName", {I(7), kMissing, I(2)}, S(u"Sunday")},
+      {u"WeekdayName", {I(8)}, {}, 5},
+      {u"MonthName", {I(2)}, S(u"February")},
+      {u"MonthName", {I(2), B(true)}, S(u"Feb")},
+      {u"MonthName", {I(3)}, S(u"mar\u00e7o"), 0, u"pt-BR"},
+      {u"MonthName", {I(13)}, {}, 5},
+      {u"FormatDateTime", {Dt(2010, 3, 2, 13, 5, 9)}, S(u"3/2/2010 1:05:09 PM")},
+      {u"FormatDateTime", {Dt(2010, 3, 2, 13, 5, 9), I(1)}, S(u"Tuesday, March 2, 2010")},
+      {u"FormatDateTime", {Dt(2010, 3, 2, 13, 5, 9), I(2)}, S(u"3/2/2010")},
+      {u"FormatDateTime", {Dt(2010, 3, 2, 13, 5, 9), I(3)}, S(u"1:05:09 PM")},
+      {u"FormatDateTime", {Dt(2010, 3, 2, 13, 5, 9), I(4)}, S(u"13:05")},
+      {u"FormatDateTime", {Dt(2010, 3, 2), I(5)}, {}, 5},
+      {u"FormatNumber", {D(1234.5)}, S(u"1,234.50")},
+      {u"FormatNumber", {D(1234.5)}, S(u"1.234,50"), 0, u"de-DE"},
+      {u"FormatNumber", {D(-0.5), I(1), I(0), I(-1)}, S(u"(.5)")},
+      {u"FormatNumber", {D(1234.5), I(0), kMissing, kMissing, I(0)}, S(u"1235")},
+      {u"FormatNumber", {S(u"abc")}, {}, 13},
+      {u"FormatPercent", {D(0.256), I(1)}, S(u"25.6%")},
+      {u"Format", {D(1234.5), S(u"#,##0.00")}, S(u"1,234.50")},
+      {u"Format", {Dt(2024, 1, 31, 13, 5, 9), S(u"yyyymmdd hh:mm:ss")}, S(u"20240131 13:05:09")},
+  });
+}
+
+TEST(BuiltinsTest, ClockFunctionsReadTheReplaceableClock) {
+  const Date fixed{makeDate(2024, 1, 31, 13, 5, 9).serial + 0.4 / 86400.0};
+  setClock([fixed] { return fixed; });
+  runRows({
+      {u"Now", {}, Dt(2024, 1, 31, 13, 5, 9)},
+      {u"Date", {}, Dt(2024, 1, 31)},
+      {u"Time", {}, Variant(TimeSerial(13, 5, 9))},
+  });
+  const float timer = findBuiltin(u"Timer")->call({}).asSingle();
+  EXPECT_NEAR(timer, 47109.4f, 0.02f);
+  setClock(nullptr);
+  const Date real = currentDateTime();
+  EXPECT_GT(real.serial, makeDate(2020, 1, 1).serial);  // the system clock again
+}
+
+}  // namespace
+}  // namespace ravelin::script
