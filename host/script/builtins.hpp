@@ -15,7 +15,7 @@ inline constexpr int kAnyArgumentCount = std::numeric_limits<int>::max();
 
 // One built-in function. The interpreter checks the argument count against minArgs and maxArgs
 // (450 otherwise) and passes the values with object default members already resolved, except
-// for IsObject, TypeName and VarType, which see objects as they are. An omitted optional
+// for the Is... tests, TypeName and VarType, which see objects as they are. An omitted optional
 // argument is Variant::missing() or simply absent from the end of the span; each function
 // applies the runtime's default. Functions raise the runtime's errors (5, 6, 13, 94...).
 struct Builtin {
