@@ -5,6 +5,7 @@
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
+#include <ravelin/host/script/builtin_args.hpp>
 #include <ravelin/host/script/builtins.hpp>
 #include <string>
 #include <thread>
@@ -538,6 +539,74 @@ TEST(BuiltinsTest, ClockFunctionsReadTheReplaceableClock) {
   setClock(nullptr);
   const Date real = currentDateTime();
   EXPECT_GT(real.serial, makeDate(2020, 1, 1).serial);  // the system clock again
+}
+
+// Every function with every mix of awkward arguments (Null, Empty, omitted, arrays, Nothing,
+// out-of-range numbers, text that is no number): the only failure allowed is an AutomationError.
+TEST(BuiltinsTest, AnyArgumentsGiveAValueOrARuntimeError) {
+  const ScopedLocale locale{StringView(u"en-US")};
+  const Variant values[] = {
+      kEmpty,
+      kNull,
+      kMissing,
+      I(-1),
+      I(0),
+      I(3),
+      L(100000),
+      L(-2147483647 - 1),
+      D(-2.5),
+      D(1e300),
+      D(2958465.5),
+      F(0.5f),
+      Cur(-15000),
+      B(true),
+      S(u""),
+      S(u"abc"),
+      S(u"-3"),
+      S(u"2010-03-02"),
+      S(u"ww"),
+      Dt(2010, 1, 31),
+      Arr({S(u"a"), I(1)}),
+      Variant::nothing(),
+  };
+  constexpr std::size_t kValueCount = std::size(values);
+  uint32_t random = 12345;
+  std::size_t calls = 0;
+  for (const auto table : {detail::conversionBuiltins(), detail::mathBuiltins(),
+                           detail::textBuiltins(), detail::dateBuiltins()}) {
+    for (const Builtin& builtin : table) {
+      SCOPED_TRACE(toUtf8(builtin.name));
+      for (int count = builtin.minArgs; count <= std::min(builtin.maxArgs, 4); ++count) {
+        std::size_t combinations = 1;
+        for (int i = 0; i < count; ++i)
+          combinations *= kValueCount;
+        const std::size_t rounds = std::min<std::size_t>(combinations, 2000);
+        for (std::size_t round = 0; round < rounds; ++round) {
+          std::vector<Variant> args;
+          std::size_t pick = round;
+          for (int i = 0; i < count; ++i) {
+            if (rounds < combinations) {
+              random = random * 1664525u + 1013904223u;
+              pick = random >> 8;
+            }
+            args.push_back(values[pick % kValueCount]);
+            if (rounds == combinations) pick /= kValueCount;
+          }
+          ++calls;
+          try {
+            (void)builtin.call(args);
+          } catch (const AutomationError&) {
+          } catch (const std::exception& e) {
+            std::string list;
+            for (const Variant& a : args)
+              list += describe(a) + "; ";
+            ADD_FAILURE() << e.what() << " with " << list;
+          }
+        }
+      }
+    }
+  }
+  EXPECT_GT(calls, 10000u);
 }
 
 }  // namespace
