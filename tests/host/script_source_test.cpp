@@ -1,0 +1,39 @@
+#include <gtest/gtest.h>
+
+#include <ravelin/host/script_source.hpp>
+#include <string>
+
+namespace ravelin::host {
+namespace {
+
+TEST(ScriptSource, DecodesUtf8AndUtf16WithOrWithoutByteOrderMark) {
+  using namespace std::string_literals;
+  struct Row {
+    std::string bytes;
+    String expected;
+  };
+  const Row rows[] = {
+      {"x = 1\r\n", u"x = 1\r\n"},
+      {"\xEF\xBB\xBFx = \"\xC3\xA9\"", u"x = \"\u00e9\""},
+      {"\xFF\xFE"
+       "x\0=\0\xE9\0"s,
+       u"x=\u00e9"},
+      {"\xFF\xFE"
+       "=\0\x3D\xD8\x00\xDE"s,
+       u"=\U0001F600"},
+      // An odd last byte is not a code unit.
+      {"\xFF\xFE"
+       "a\0b"s,
+       u"a"},
+      {"\xFF\xFE", u""},
+      {"caf\xE9", u"caf\uFFFD"},
+      {"", u""},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.bytes);
+    EXPECT_EQ(decodeScriptSource(row.bytes), row.expected);
+  }
+}
+
+}  // namespace
+}  // namespace ravelin::host
