@@ -2,10 +2,13 @@
 #pragma once
 
 #include <memory>
-
 #include <ravelin/frame/text.hpp>
+#include <vector>
 
 namespace ravelin {
+
+class ClassInfo;
+class Variant;
 
 class Object : public std::enable_shared_from_this<Object> {
  public:
@@ -13,6 +16,19 @@ class Object : public std::enable_shared_from_this<Object> {
 
   // The class name as the runtime's TypeName reports it ("clsArrayLong").
   virtual StringView className() const = 0;
+
+  // The member table of an object that the library's registry does not know (the script host's
+  // own objects, such as WScript or Err); null lets late-bound callers look the class up in the
+  // registry by its name.
+  virtual const ClassInfo* memberTable() const { return nullptr; }
+
+  // For Each over the object: a collection fills `items` with its elements in order (a snapshot
+  // taken when the loop starts) and returns true; any other object returns false, which a script
+  // sees as error 451 "Object not a collection".
+  virtual bool enumerate(std::vector<Variant>& items) const {
+    (void)items;
+    return false;
+  }
 
  protected:
   Object() = default;

@@ -4,10 +4,9 @@
 
 #include <cstdint>
 #include <memory>
-#include <span>
-
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/variant.hpp>
+#include <span>
 
 namespace ravelin::script {
 
@@ -23,6 +22,10 @@ class ScriptError : public AutomationError {
   uint32_t line_;
   uint32_t column_;
 };
+
+// The number of the error a run raises when it goes past its step budget (setStepBudget). It is
+// raised as a ScriptError, which On Error Resume Next does not catch.
+inline constexpr int32_t kStepBudgetExceeded = 0x7FFF0001;
 
 // Raised by WScript.Quit to end the script with an exit code; never caught by On Error.
 struct ScriptQuit {
@@ -53,8 +56,10 @@ class Interpreter {
   // Events connected with WScript.ConnectObject arrive this way.
   bool callProcedure(StringView name, std::span<Variant> arguments);
 
-  // Bounds the statements and loop iterations a run may take; past it the run raises an error.
-  // Fuzzing uses it to turn endless loops into errors. 0 (the default) means no bound.
+  // Bounds the statements and loop iterations each call of run, execute, evaluate or
+  // callProcedure may take; past it the run raises ScriptError kStepBudgetExceeded, which no
+  // On Error catches. Fuzzing uses it to turn endless loops into errors. 0 (the default) means
+  // no bound.
   void setStepBudget(uint64_t steps);
 
  private:

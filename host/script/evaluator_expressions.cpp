@@ -1,0 +1,484 @@
+// Expressions: names, calls into the script's procedures, the built-in functions and objects'
+// members, array elements, operators and assignment targets.
+#include <ravelin/frame/class_registry.hpp>
+#include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/operators.hpp>
+#include <ravelin/host/script/script_scope.hpp>
+
+namespace ravelin::script::detail {
+namespace {
+
+// The member table of an object: its own (host objects) or the registry's.
+const ClassInfo* classInfoOf(const Object& object) {
+  if (const ClassInfo* own = object.memberTable()) return own;
+  return ClassRegistry::library().classOf(object);
+}
+
+// A literal written in the script (also with a sign) keeps its type in comparisons.
+OperandKind operandKindOf(const Expr& e) {
+  if (e.parenthesized) return OperandKind::Variant;
+  if (e.kind == ExprKind::Literal) return OperandKind::Literal;
+  if (e.kind == ExprKind::Unary) {
+    const auto& unary = static_cast<const UnaryExpr&>(e);
+    if (unary.op != UnaryOp::Not && unary.operand->kind == ExprKind::Literal &&
+        !unary.operand->parenthesized) {
+      return OperandKind::Literal;
+    }
+  }
+  return OperandKind::Variant;
+}
+
+std::size_t textLength(const Variant& v) {
+  return v.isString() ? v.asString().size() : 0;
+}
+
+// Built-in functions that see an object as it is instead of its default value.
+bool takesObjects(const Builtin& builtin) {
+  for (StringView name : {u"IsObject", u"TypeName", u"VarType", u"IsEmpty", u"IsNull", u"IsArray",
+                          u"IsNumeric", u"IsDate"}) {
+    if (equalsIgnoreCase(builtin.name, name)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Variant Evaluator::defaultValueOf(const Variant& value) {
+  if (!value.isObject()) return value;
+  const ObjectRef& object = value.asObject();
+  if (!object) raiseScriptError(vb_error::kObjectNotSet);
+  const ClassInfo* info = classInfoOf(*object);
+  const MemberInfo* member = nullptr;
+  if (info != nullptr) {
+    member = info->find(u"", MemberKind::PropertyGet);
+    if (member == nullptr) member = info->find(u"", MemberKind::Method);
+  }
+  if (member == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
+  std::vector<CallArgument> none;
+  try {
+    return callMember(*object, *member, none);
+  } catch (const ScriptError&) {
+    throw;
+  } catch (const AutomationError& error) {
+    throw MemberError(error);
+  }
+}
+
+Variant Evaluator::evalValue(Frame& frame, const Expr& expression) {
+  Variant value = eval(frame, expression);
+  if (value.isObject()) return defaultValueOf(value);
+  return value;
+}
+
+Variant Evaluator::eval(Frame& frame, const Expr& expression) {
+  switch (expression.kind) {
+    case ExprKind::Literal:
+      return static_cast<const LiteralExpr&>(expression).value;
+    case ExprKind::Name:
+      return evalName(frame, static_cast<const NameExpr&>(expression), nullptr, false);
+    case ExprKind::Member:
+      return evalMember(frame, static_cast<const MemberExpr&>(expression), nullptr, false);
+    case ExprKind::Apply:
+      return evalApply(frame, static_cast<const ApplyExpr&>(expression));
+    case ExprKind::Unary: {
+      const auto& unary = static_cast<const UnaryExpr&>(expression);
+      Variant operand = evalValue(frame, *unary.operand);
+      switch (unary.op) {
+        case UnaryOp::Negate:
+          return negate(operand);
+        case UnaryOp::Plus:
+          return operand;
+        case UnaryOp::Not:
+          return logicalNot(operand);
+      }
+      break;
+    }
+    case ExprKind::Binary:
+      return evalBinary(frame, static_cast<const BinaryExpr&>(expression));
+  }
+  return Variant();
+}
+
+Variant Evaluator::evalBinary(Frame& frame, const BinaryExpr& binary) {
+  if (binary.op == BinaryOp::Is) {
+    const Variant a = eval(frame, *binary.left);
+    const Variant b = eval(frame, *binary.right);
+    return Variant(isSameObject(a, b));
+  }
+  const Variant a = evalValue(frame, *binary.left);
+  const Variant b = evalValue(frame, *binary.right);
+  const CompareOptions options{CompareMode::Binary, operandKindOf(*binary.left),
+                               operandKindOf(*binary.right)};
+  switch (binary.op) {
+    case BinaryOp::Power:
+      return power(a, b);
+    case BinaryOp::Multiply:
+      return multiply(a, b);
+    case BinaryOp::Divide:
+      return divide(a, b);
+    case BinaryOp::IntDivide:
+      return integerDivide(a, b);
+    case BinaryOp::Mod:
+      return modulo(a, b);
+    case BinaryOp::Add:
+      if (textLength(a) + textLength(b) > kMaxStringLength) {
+        raiseScriptError(script_error::kOutOfStringSpace);
+      }
+      return add(a, b);
+    case BinaryOp::Subtract:
+      return subtract(a, b);
+    case BinaryOp::Concat:
+      // Numbers add at most a few dozen units; long text is what can run away.
+      if (textLength(a) + textLength(b) + 64 > kMaxStringLength) {
+        raiseScriptError(script_error::kOutOfStringSpace);
+      }
+      return concatenate(a, b);
+    case BinaryOp::Equal:
+      return equalTo(a, b, options);
+    case BinaryOp::NotEqual:
+      return notEqualTo(a, b, options);
+    case BinaryOp::Less:
+      return lessThan(a, b, options);
+    case BinaryOp::Greater:
+      return greaterThan(a, b, options);
+    case BinaryOp::LessEqual:
+      return lessThanOrEqual(a, b, options);
+    case BinaryOp::GreaterEqual:
+      return greaterThanOrEqual(a, b, options);
+    case BinaryOp::And:
+      return logicalAnd(a, b);
+    case BinaryOp::Or:
+      return logicalOr(a, b);
+    case BinaryOp::Xor:
+      return logicalXor(a, b);
+    case BinaryOp::Eqv:
+      return logicalEqv(a, b);
+    case BinaryOp::Imp:
+      return logicalImp(a, b);
+    case BinaryOp::Is:
+      break;
+  }
+  return Variant();
+}
+
+std::vector<int32_t> Evaluator::subscriptsOf(Frame& frame, const std::vector<Argument>& args) {
+  std::vector<int32_t> subscripts;
+  subscripts.reserve(args.size());
+  for (const Argument& arg : args) {
+    if (arg.isOmitted()) raiseScriptError(vb_error::kSubscriptOutOfRange);
+    subscripts.push_back(CLng(evalValue(frame, *arg.value)));
+  }
+  return subscripts;
+}
+
+Variant Evaluator::indexArray(const Variant& array, Frame& frame,
+                              const std::vector<Argument>& args) {
+  if (args.empty()) return array;
+  const std::vector<int32_t> subscripts = subscriptsOf(frame, args);
+  const SafeArray& elements = array.asArray();
+  return elements.elements[elements.offsetOf(subscripts)];
+}
+
+Variant Evaluator::evalName(Frame& frame, const NameExpr& name, const std::vector<Argument>* args,
+                            bool asStatement) {
+  if (Variant* variable = variableOf(frame, name, false)) {
+    if (args == nullptr) return *variable;
+    if (variable->isArray()) return indexArray(*variable, frame, *args);
+    if (variable->isObject()) {
+      const ObjectRef object = variable->asObject();
+      if (args->empty() && !asStatement) return *variable;
+      return callObject(frame, object, u"", args, asStatement);
+    }
+    if (args->empty()) return *variable;
+    raiseScriptError(vb_error::kTypeMismatch);
+  }
+  Binding& binding = bindingOf(*frame.unit, name.id, name.name);
+  switch (binding.kind) {
+    case Binding::Kind::Procedure:
+      return callScript(frame, *binding.procedure, args);
+    case Binding::Kind::Builtin:
+      return callBuiltin(frame, *binding.builtin, args);
+    case Binding::Kind::Constant:
+      if (args != nullptr && !args->empty()) raiseScriptError(vb_error::kTypeMismatch);
+      return binding.constant;
+    case Binding::Kind::ErrObject:
+      if (args != nullptr && !args->empty()) return callObject(frame, err, u"", args, asStatement);
+      return Variant(ObjectRef(err));
+    case Binding::Kind::CreateObject:
+      return createObject(frame, args);
+    case Binding::Kind::Global:
+    case Binding::Kind::Unknown:
+      break;
+  }
+  if (args != nullptr && (asStatement || !args->empty())) {
+    // The runtime reports a call of a name it does not know as a type mismatch.
+    raiseScriptError(vb_error::kTypeMismatch);
+  }
+  if (optionExplicit) raiseScriptError(script_error::kVariableUndefined);
+  return Variant();
+}
+
+Variant Evaluator::evalApply(Frame& frame, const ApplyExpr& apply) {
+  switch (apply.callee->kind) {
+    case ExprKind::Name:
+      return evalName(frame, static_cast<const NameExpr&>(*apply.callee), &apply.args, false);
+    case ExprKind::Member:
+      return evalMember(frame, static_cast<const MemberExpr&>(*apply.callee), &apply.args, false);
+    default:
+      break;
+  }
+  const Variant callee = eval(frame, *apply.callee);
+  if (callee.isArray()) return indexArray(callee, frame, apply.args);
+  if (callee.isObject()) return callObject(frame, callee.asObject(), u"", &apply.args, false);
+  raiseScriptError(vb_error::kTypeMismatch);
+}
+
+ObjectRef Evaluator::objectOf(Frame& frame, const MemberExpr& member) {
+  Variant target;
+  if (member.object != nullptr) {
+    target = eval(frame, *member.object);
+  } else if (!frame.withObjects.empty()) {
+    target = frame.withObjects.back();
+  }
+  if (!target.isObject()) raiseScriptError(vb_error::kObjectRequired);
+  return target.asObject();
+}
+
+Variant Evaluator::evalMember(Frame& frame, const MemberExpr& member,
+                              const std::vector<Argument>* args, bool asStatement) {
+  const ObjectRef object = objectOf(frame, member);
+  return callObject(frame, object, member.name, args, asStatement);
+}
+
+Variant* Evaluator::referenceTo(Frame& frame, const Expr& expression,
+                                std::deque<ElementWriteBack>& writeBacks) {
+  if (expression.parenthesized) return nullptr;
+  if (expression.kind == ExprKind::Name) {
+    const auto& name = static_cast<const NameExpr&>(expression);
+    if (isConstantName(frame, name)) return nullptr;
+    return variableOf(frame, name, true);
+  }
+  if (expression.kind == ExprKind::Apply) {
+    const auto& apply = static_cast<const ApplyExpr&>(expression);
+    if (apply.callee->kind != ExprKind::Name || apply.args.empty()) return nullptr;
+    const auto& name = static_cast<const NameExpr&>(*apply.callee);
+    Variant* array = variableOf(frame, name, false);
+    if (array == nullptr || !array->isArray()) return nullptr;
+    std::vector<int32_t> subscripts = subscriptsOf(frame, apply.args);
+    // The subscripts may have run code that changed the array.
+    array = variableOf(frame, name, false);
+    if (array == nullptr || !array->isArray()) raiseScriptError(vb_error::kTypeMismatch);
+    const SafeArray& elements = array->asArray();
+    Variant value = elements.elements[elements.offsetOf(subscripts)];
+    writeBacks.push_back(ElementWriteBack{array, std::move(subscripts), std::move(value)});
+    return &writeBacks.back().value;
+  }
+  return nullptr;
+}
+
+void Evaluator::storeWriteBacks(std::deque<ElementWriteBack>& writeBacks) {
+  for (ElementWriteBack& back : writeBacks) {
+    if (!back.array->isArray()) continue;
+    try {
+      const std::size_t offset = back.array->asArray().offsetOf(back.subscripts);
+      back.array->mutableArray().elements[offset] = std::move(back.value);
+    } catch (const AutomationError&) {
+      // The array lost the element during the call (ReDim): nothing to write back to.
+    }
+  }
+}
+
+Variant Evaluator::callObject(Frame& frame, const ObjectRef& object, StringView name,
+                              const std::vector<Argument>* args, bool preferMethod,
+                              const Variant* assigned, bool isSet) {
+  if (!object) raiseScriptError(vb_error::kObjectNotSet);
+  const ClassInfo* info = classInfoOf(*object);
+  const MemberInfo* member = nullptr;
+  if (info != nullptr) {
+    auto find = [&](MemberKind first, MemberKind second) {
+      const MemberInfo* found = info->find(name, first);
+      return found != nullptr ? found : info->find(name, second);
+    };
+    if (assigned != nullptr) {
+      member = isSet ? find(MemberKind::PropertySet, MemberKind::PropertyLet)
+                     : info->find(name, MemberKind::PropertyLet);
+    } else if (preferMethod) {
+      member = find(MemberKind::Method, MemberKind::PropertyGet);
+    } else {
+      member = find(MemberKind::PropertyGet, MemberKind::Method);
+    }
+  }
+  if (member == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
+
+  std::deque<ElementWriteBack> writeBacks;
+  std::vector<CallArgument> arguments;
+  if (args != nullptr) {
+    arguments.reserve(args->size() + 1);
+    for (const Argument& arg : *args) {
+      if (arg.isOmitted()) {
+        arguments.push_back(CallArgument::omittedArgument());
+        continue;
+      }
+      Variant* variable = arg.byValue ? nullptr : referenceTo(frame, *arg.value, writeBacks);
+      Variant value = variable != nullptr ? *variable : eval(frame, *arg.value);
+      if (arg.isNamed()) {
+        arguments.push_back(CallArgument::named(arg.name, std::move(value), variable));
+      } else {
+        arguments.emplace_back(std::move(value), variable);
+      }
+    }
+  }
+  if (assigned != nullptr) arguments.emplace_back(*assigned);
+
+  Variant result;
+  try {
+    result = callMember(*object, *member, arguments);
+  } catch (const ScriptError&) {
+    throw;
+  } catch (const MemberError&) {
+    throw;
+  } catch (const AutomationError& error) {
+    // Binding errors are the script runtime's own; anything the member raised is passed on
+    // with its number, source and description.
+    const int32_t number = error.number();
+    if (number == script_error::kNamedArgumentNotFound ||
+        number == vb_error::kArgumentNotOptional || number == vb_error::kWrongArgumentCount) {
+      throw;
+    }
+    throw MemberError(error);
+  }
+  storeWriteBacks(writeBacks);
+  return result;
+}
+
+Variant Evaluator::callBuiltin(Frame& frame, const Builtin& builtin,
+                               const std::vector<Argument>* args) {
+  const std::size_t count = args != nullptr ? args->size() : 0;
+  if (count < static_cast<std::size_t>(builtin.minArgs) ||
+      count > static_cast<std::size_t>(builtin.maxArgs)) {
+    raiseScriptError(vb_error::kWrongArgumentCount);
+  }
+  std::vector<Variant> values;
+  values.reserve(count);
+  const bool seesObjects = takesObjects(builtin);
+  for (std::size_t i = 0; i < count; ++i) {
+    const Argument& arg = (*args)[i];
+    if (arg.isOmitted()) {
+      values.push_back(Variant::missing());
+      continue;
+    }
+    Variant value = eval(frame, *arg.value);
+    if (value.isObject() && !seesObjects && value.asObject()) {
+      const ClassInfo* info = classInfoOf(*value.asObject());
+      if (info != nullptr && info->hasMember(u"")) value = defaultValueOf(value);
+    }
+    values.push_back(std::move(value));
+  }
+  return builtin.call(values);
+}
+
+Variant Evaluator::createObject(Frame& frame, const std::vector<Argument>* args) {
+  if (args == nullptr || args->size() != 1 || (*args)[0].isOmitted()) {
+    raiseScriptError(vb_error::kWrongArgumentCount);
+  }
+  const String progId = CStr(evalValue(frame, *(*args)[0].value));
+  return Variant(ClassRegistry::library().create(progId));
+}
+
+Variant Evaluator::callScript(Frame& caller, const ProcedureRef& procedure,
+                              const std::vector<Argument>* args) {
+  const Procedure& proc = *procedure.procedure;
+  const std::size_t count = args != nullptr ? args->size() : 0;
+  if (count > proc.parameters.size()) raiseScriptError(vb_error::kWrongArgumentCount);
+  Frame callee;
+  callee.procedure = &proc;
+  callee.unit = procedure.unit;
+  callee.slots.resize(proc.slotNames.size());
+  callee.references.resize(proc.parameters.size(), nullptr);
+  std::deque<ElementWriteBack> writeBacks;
+  for (std::size_t i = 0; i < proc.parameters.size(); ++i) {
+    const Parameter& parameter = proc.parameters[i];
+    const Argument* arg = i < count ? &(*args)[i] : nullptr;
+    if (arg != nullptr && arg->isNamed()) raiseScriptError(script_error::kNamedArgumentNotFound);
+    if (arg == nullptr || arg->isOmitted()) {
+      if (!parameter.optional) raiseScriptError(vb_error::kWrongArgumentCount);
+      callee.slots[i] = parameter.defaultValue;
+      continue;
+    }
+    Variant* variable =
+        parameter.byRef && !arg->byValue ? referenceTo(caller, *arg->value, writeBacks) : nullptr;
+    if (variable != nullptr) {
+      callee.references[i] = variable;
+    } else {
+      callee.slots[i] = eval(caller, *arg->value);
+    }
+  }
+  Variant result = runProcedure(procedure, callee);
+  storeWriteBacks(writeBacks);
+  return result;
+}
+
+void Evaluator::assign(Frame& frame, const Expr& target, Variant value, bool isSet) {
+  if (isSet) {
+    if (!value.isObject()) raiseScriptError(vb_error::kObjectRequired);
+  } else if (value.isObject()) {
+    value = defaultValueOf(value);
+  }
+  switch (target.kind) {
+    case ExprKind::Name: {
+      const auto& name = static_cast<const NameExpr&>(target);
+      if (isConstantName(frame, name)) raiseScriptError(script_error::kIllegalAssignment);
+      Variant* variable = variableOf(frame, name, true);
+      if (variable == nullptr) raiseScriptError(script_error::kIllegalAssignment);
+      *variable = std::move(value);
+      return;
+    }
+    case ExprKind::Member: {
+      const auto& member = static_cast<const MemberExpr&>(target);
+      callObject(frame, objectOf(frame, member), member.name, nullptr, false, &value, isSet);
+      return;
+    }
+    case ExprKind::Apply: {
+      const auto& apply = static_cast<const ApplyExpr&>(target);
+      if (apply.callee->kind == ExprKind::Member) {
+        const auto& member = static_cast<const MemberExpr&>(*apply.callee);
+        callObject(frame, objectOf(frame, member), member.name, &apply.args, false, &value, isSet);
+        return;
+      }
+      if (apply.callee->kind == ExprKind::Name) {
+        const auto& name = static_cast<const NameExpr&>(*apply.callee);
+        Variant* variable = variableOf(frame, name, false);
+        if (variable != nullptr && variable->isObject()) {
+          const ObjectRef object = variable->asObject();
+          callObject(frame, object, u"", &apply.args, false, &value, isSet);
+          return;
+        }
+        if (variable != nullptr && variable->isArray()) {
+          const std::vector<int32_t> subscripts = subscriptsOf(frame, apply.args);
+          variable = variableOf(frame, name, false);
+          if (variable == nullptr || !variable->isArray()) {
+            raiseScriptError(vb_error::kTypeMismatch);
+          }
+          const std::size_t offset = variable->asArray().offsetOf(subscripts);
+          variable->mutableArray().elements[offset] = std::move(value);
+          return;
+        }
+        if (variable == nullptr && optionExplicit &&
+            bindingOf(*frame.unit, name.id, name.name).kind == Binding::Kind::Unknown) {
+          raiseScriptError(script_error::kVariableUndefined);
+        }
+        raiseScriptError(vb_error::kTypeMismatch);
+      }
+      const Variant callee = eval(frame, *apply.callee);
+      if (callee.isObject()) {
+        callObject(frame, callee.asObject(), u"", &apply.args, false, &value, isSet);
+        return;
+      }
+      raiseScriptError(vb_error::kTypeMismatch);
+    }
+    default:
+      raiseScriptError(script_error::kIllegalAssignment);
+  }
+}
+
+}  // namespace ravelin::script::detail

@@ -1,0 +1,373 @@
+// Statements: declarations, assignment, calls, the branches and loops, With and On Error.
+#include <algorithm>
+#include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/operators.hpp>
+#include <ravelin/host/script/interpreter.hpp>
+#include <ravelin/host/script/script_scope.hpp>
+
+namespace ravelin::script::detail {
+namespace {
+
+bool isTrue(const Variant& v) {
+  return v.type() == VarType::Boolean && v.asBoolean();
+}
+
+OperandKind operandKindOf(const Expr& e) {
+  return e.kind == ExprKind::Literal && !e.parenthesized ? OperandKind::Literal
+                                                         : OperandKind::Variant;
+}
+
+Variant compareBy(BinaryOp op, const Variant& a, const Variant& b, const CompareOptions& options) {
+  switch (op) {
+    case BinaryOp::NotEqual:
+      return notEqualTo(a, b, options);
+    case BinaryOp::Less:
+      return lessThan(a, b, options);
+    case BinaryOp::Greater:
+      return greaterThan(a, b, options);
+    case BinaryOp::LessEqual:
+      return lessThanOrEqual(a, b, options);
+    case BinaryOp::GreaterEqual:
+      return greaterThanOrEqual(a, b, options);
+    default:
+      return equalTo(a, b, options);
+  }
+}
+
+// The order in which a For loop's counter takes the widest type of its start, end and step.
+int counterRank(VarType type) {
+  switch (type) {
+    case VarType::Byte:
+      return 0;
+    case VarType::Empty:
+    case VarType::Boolean:
+    case VarType::Integer:
+      return 1;
+    case VarType::Long:
+      return 2;
+    case VarType::Single:
+      return 3;
+    case VarType::String:
+    case VarType::Double:
+      return 4;
+    case VarType::Currency:
+      return 5;
+    case VarType::Date:
+      return 6;
+    case VarType::Null:
+      raiseScriptError(vb_error::kInvalidUseOfNull);
+    default:
+      raiseScriptError(vb_error::kTypeMismatch);
+  }
+}
+
+Variant asCounterType(const Variant& value, int rank) {
+  switch (rank) {
+    case 0:
+      return Variant(CByte(value));
+    case 1:
+      return Variant(CInt(value));
+    case 2:
+      return Variant(CLng(value));
+    case 3:
+      return Variant(CSng(value));
+    case 4:
+      return Variant(CDbl(value));
+    case 5:
+      return Variant(CCur(value));
+    default:
+      return Variant(CDate(value));
+  }
+}
+
+}  // namespace
+
+// Runs the statements of one kind; a small friend of the evaluator so that each statement has
+// its own function.
+class StatementRunner {
+ public:
+  StatementRunner(Evaluator& evaluator, Frame& frame) : e_(evaluator), frame_(frame) {}
+
+  bool condition(const Expr& expression) {
+    const Variant value = e_.evalValue(frame_, expression);
+    if (value.isNull()) return false;
+    return CBool(value);
+  }
+
+  Flow call(const CallStmt& s) {
+    switch (s.callee->kind) {
+      case ExprKind::Name:
+        e_.evalName(frame_, static_cast<const NameExpr&>(*s.callee), &s.args, true);
+        break;
+      case ExprKind::Member:
+        e_.evalMember(frame_, static_cast<const MemberExpr&>(*s.callee), &s.args, true);
+        break;
+      default: {
+        const Variant callee = e_.eval(frame_, *s.callee);
+        if (!s.args.empty()) {
+          if (!callee.isObject()) raiseScriptError(vb_error::kTypeMismatch);
+          e_.callObject(frame_, callee.asObject(), u"", &s.args, true);
+        }
+      }
+    }
+    return Flow::Normal;
+  }
+
+  SafeArray newArray(const std::vector<ExprPtr>& bounds) {
+    SafeArray array;
+    std::size_t total = 1;
+    for (const ExprPtr& bound : bounds) {
+      const int32_t upper = CLng(e_.evalValue(frame_, *bound));
+      if (upper < -1) raiseScriptError(vb_error::kSubscriptOutOfRange);
+      const int32_t count = upper + 1;
+      total *= static_cast<std::size_t>(count);
+      if (total > Evaluator::kMaxArrayElements) raiseScriptError(vb_error::kOutOfMemory);
+      array.bounds.push_back(SafeArray::Bound{0, count});
+    }
+    array.elements.resize(total);
+    return array;
+  }
+
+  Variant* declared(const DimVariable& v) {
+    return e_.variableOf(frame_, v.localSlot, v.id, v.name, true);
+  }
+
+  Flow dim(const DimStmt& s) {
+    for (const DimVariable& v : s.variables) {
+      if (!v.isArray) continue;
+      Variant* variable = declared(v);
+      if (variable->isArray()) continue;
+      *variable = Variant(newArray(v.bounds));
+    }
+    return Flow::Normal;
+  }
+
+  Flow reDim(const ReDimStmt& s) {
+    for (const DimVariable& v : s.variables) {
+      SafeArray resized = newArray(v.bounds);
+      Variant* variable = declared(v);
+      if (s.preserve && variable->isArray()) {
+        const SafeArray& old = variable->asArray();
+        if (!old.bounds.empty()) {
+          if (old.bounds.size() != resized.bounds.size()) {
+            raiseScriptError(vb_error::kSubscriptOutOfRange);
+          }
+          for (std::size_t d = 0; d + 1 < old.bounds.size(); ++d) {
+            if (old.bounds[d].count != resized.bounds[d].count ||
+                old.bounds[d].lower != resized.bounds[d].lower) {
+              raiseScriptError(vb_error::kSubscriptOutOfRange);
+            }
+          }
+          // Only the last dimension changes, so the kept elements are a prefix in storage.
+          const std::size_t keep = std::min(old.elements.size(), resized.elements.size());
+          for (std::size_t i = 0; i < keep; ++i)
+            resized.elements[i] = old.elements[i];
+        }
+      }
+      *variable = Variant(std::move(resized));
+    }
+    return Flow::Normal;
+  }
+
+  Flow constant(const ConstStmt& s) {
+    if (frame_.procedure == nullptr) return Flow::Normal;  // declared before the script runs
+    for (const ConstDefinition& c : s.constants) {
+      if (c.localSlot != kNoSlot) *e_.slotOf(frame_, c.localSlot) = c.value;
+    }
+    return Flow::Normal;
+  }
+
+  Flow ifStatement(const IfStmt& s) {
+    for (const IfBranch& branch : s.branches) {
+      if (condition(*branch.condition)) return e_.execBlock(frame_, branch.body);
+    }
+    return e_.execBlock(frame_, s.elseBody);
+  }
+
+  bool matches(const Variant& subject, OperandKind subjectKind, const CaseTest& test) {
+    const Variant value = e_.evalValue(frame_, *test.value);
+    const CompareOptions options{CompareMode::Binary, subjectKind, operandKindOf(*test.value)};
+    switch (test.kind) {
+      case CaseTest::Kind::Value:
+        return isTrue(equalTo(subject, value, options));
+      case CaseTest::Kind::Is:
+        return isTrue(compareBy(test.comparison, subject, value, options));
+      case CaseTest::Kind::Range: {
+        const Variant upper = e_.evalValue(frame_, *test.upper);
+        const CompareOptions upperOptions{CompareMode::Binary, subjectKind,
+                                          operandKindOf(*test.upper)};
+        return isTrue(greaterThanOrEqual(subject, value, options)) &&
+               isTrue(lessThanOrEqual(subject, upper, upperOptions));
+      }
+    }
+    return false;
+  }
+
+  Flow select(const SelectStmt& s) {
+    const Variant subject = e_.evalValue(frame_, *s.subject);
+    const OperandKind subjectKind = operandKindOf(*s.subject);
+    for (const CaseClause& clause : s.cases) {
+      for (const CaseTest& test : clause.tests) {
+        if (matches(subject, subjectKind, test)) return e_.execBlock(frame_, clause.body);
+      }
+    }
+    return s.hasElse ? e_.execBlock(frame_, s.elseBody) : Flow::Normal;
+  }
+
+  Variant& counter(const NameExpr& name) {
+    if (e_.isConstantName(frame_, name)) raiseScriptError(script_error::kIllegalAssignment);
+    Variant* variable = e_.variableOf(frame_, name, true);
+    if (variable == nullptr) raiseScriptError(script_error::kIllegalAssignment);
+    return *variable;
+  }
+
+  Flow forLoop(const ForStmt& s) {
+    Variant start = e_.evalValue(frame_, *s.from);
+    Variant end = e_.evalValue(frame_, *s.to);
+    Variant step = s.step ? e_.evalValue(frame_, *s.step) : Variant(int16_t{1});
+    const int rank =
+        std::max({counterRank(start.type()), counterRank(end.type()), counterRank(step.type())});
+    start = asCounterType(start, rank);
+    end = asCounterType(end, rank);
+    step = asCounterType(step, rank);
+    const bool descending = compare(step, Variant(int16_t{0})) == Comparison::Less;
+    counter(*s.variable) = std::move(start);
+    for (;;) {
+      const Comparison c = compare(counter(*s.variable), end);
+      if (c == Comparison::Null || c == (descending ? Comparison::Less : Comparison::Greater)) {
+        break;
+      }
+      e_.countStep();
+      const Flow flow = e_.execBlock(frame_, s.body);
+      if (flow == Flow::ExitFor) break;
+      if (flow != Flow::Normal) return flow;
+      Variant& variable = counter(*s.variable);
+      variable = add(variable, step);
+    }
+    return Flow::Normal;
+  }
+
+  Flow forEach(const ForEachStmt& s) {
+    const Variant collection = e_.eval(frame_, *s.collection);
+    std::vector<Variant> items;
+    if (collection.isArray()) {
+      // The loop walks the array as it was when the loop started.
+      items = collection.asArray().elements;
+    } else if (!collection.isObject() || !collection.asObject() ||
+               !collection.asObject()->enumerate(items)) {
+      raiseScriptError(script_error::kNotACollection);
+    }
+    for (Variant& item : items) {
+      e_.countStep();
+      counter(*s.variable) = std::move(item);
+      const Flow flow = e_.execBlock(frame_, s.body);
+      if (flow == Flow::ExitFor) break;
+      if (flow != Flow::Normal) return flow;
+    }
+    return Flow::Normal;
+  }
+
+  bool keepsLooping(const DoStmt& s) {
+    if (s.test == DoStmt::Test::None) return true;
+    const bool value = condition(*s.condition);
+    return s.test == DoStmt::Test::While ? value : !value;
+  }
+
+  Flow doLoop(const DoStmt& s) {
+    for (;;) {
+      if (s.testAtTop && !keepsLooping(s)) break;
+      e_.countStep();
+      const Flow flow = e_.execBlock(frame_, s.body);
+      if (flow == Flow::ExitDo && !s.isWhileWend) break;
+      if (flow != Flow::Normal) return flow;
+      if (!s.testAtTop && !keepsLooping(s)) break;
+    }
+    return Flow::Normal;
+  }
+
+  Flow with(const WithStmt& s) {
+    frame_.withObjects.push_back(e_.eval(frame_, *s.object));
+    struct Pop {
+      std::vector<Variant>& objects;
+      ~Pop() { objects.pop_back(); }
+    } pop{frame_.withObjects};
+    return e_.execBlock(frame_, s.body);
+  }
+
+ private:
+  Evaluator& e_;
+  Frame& frame_;
+};
+
+Flow Evaluator::execBlock(Frame& frame, const Block& block) {
+  checkStack();
+  for (const StmtPtr& statement : block) {
+    Flow flow = Flow::Normal;
+    if (!frame.resumeNext) {
+      flow = execStatement(frame, *statement);
+    } else {
+      try {
+        flow = execStatement(frame, *statement);
+      } catch (const ScriptError&) {
+        throw;
+      } catch (const AutomationError& error) {
+        // On Error Resume Next: note the error and go on with the next statement.
+        err->set(asScriptError(error));
+      }
+    }
+    if (flow != Flow::Normal) return flow;
+  }
+  return Flow::Normal;
+}
+
+Flow Evaluator::execStatement(Frame& frame, const Stmt& statement) {
+  position = statement.pos;
+  countStep();
+  StatementRunner run(*this, frame);
+  switch (statement.kind) {
+    case StmtKind::Assign: {
+      const auto& s = static_cast<const AssignStmt&>(statement);
+      assign(frame, *s.target, eval(frame, *s.value), s.isSet);
+      return Flow::Normal;
+    }
+    case StmtKind::Call:
+      return run.call(static_cast<const CallStmt&>(statement));
+    case StmtKind::Dim:
+      return run.dim(static_cast<const DimStmt&>(statement));
+    case StmtKind::ReDim:
+      return run.reDim(static_cast<const ReDimStmt&>(statement));
+    case StmtKind::Const:
+      return run.constant(static_cast<const ConstStmt&>(statement));
+    case StmtKind::If:
+      return run.ifStatement(static_cast<const IfStmt&>(statement));
+    case StmtKind::Select:
+      return run.select(static_cast<const SelectStmt&>(statement));
+    case StmtKind::For:
+      return run.forLoop(static_cast<const ForStmt&>(statement));
+    case StmtKind::ForEach:
+      return run.forEach(static_cast<const ForEachStmt&>(statement));
+    case StmtKind::Do:
+      return run.doLoop(static_cast<const DoStmt&>(statement));
+    case StmtKind::Exit:
+      switch (static_cast<const ExitStmt&>(statement).target) {
+        case ExitStmt::Target::Do:
+          return Flow::ExitDo;
+        case ExitStmt::Target::For:
+          return Flow::ExitFor;
+        case ExitStmt::Target::Sub:
+        case ExitStmt::Target::Function:
+          err->clear();
+          return Flow::ExitProcedure;
+      }
+      return Flow::Normal;
+    case StmtKind::OnError:
+      frame.resumeNext = static_cast<const OnErrorStmt&>(statement).resumeNext;
+      err->clear();
+      return Flow::Normal;
+    case StmtKind::With:
+      return run.with(static_cast<const WithStmt&>(statement));
+  }
+  return Flow::Normal;
+}
+
+}  // namespace ravelin::script::detail

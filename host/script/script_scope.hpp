@@ -1,0 +1,217 @@
+// The interpreter's run-time state: parsed units, global variables, call frames and the
+// evaluator that walks the syntax tree. Internal to the interpreter's source files.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <ravelin/frame/dispatch.hpp>
+#include <ravelin/frame/error.hpp>
+#include <ravelin/frame/variant.hpp>
+#include <ravelin/host/script/ast.hpp>
+#include <ravelin/host/script/builtins.hpp>
+#include <ravelin/host/script/err_object.hpp>
+#include <ravelin/host/script/interpreter.hpp>
+#include <unordered_map>
+#include <vector>
+
+namespace ravelin::script::detail {
+
+// Error numbers the interpreter itself raises, beyond the frame's standard ones.
+namespace script_error {
+inline constexpr int32_t kArrayFixed = 10;
+inline constexpr int32_t kOutOfStringSpace = 14;
+inline constexpr int32_t kOutOfStackSpace = 28;
+inline constexpr int32_t kNamedArgumentNotFound = 448;
+inline constexpr int32_t kNotACollection = 451;
+inline constexpr int32_t kVariableUndefined = 500;
+inline constexpr int32_t kIllegalAssignment = 501;
+}  // namespace script_error
+
+// The source of runtime errors raised by the script itself.
+inline constexpr StringView kScriptRuntimeSource = u"Microsoft VBScript runtime error";
+
+// The runtime's description of an error number the interpreter raises: the frame's standard
+// text, the script-specific ones, else "Unknown runtime error".
+String scriptErrorDescription(int32_t number);
+
+// Raises a script runtime error with its description and the runtime's source.
+[[noreturn]] void raiseScriptError(int32_t number);
+
+// An error raised by a member of a library or host object: its number, source and description
+// reach the script unchanged (a plain AutomationError of the frame's runtime source is re-sourced
+// as a script runtime error instead).
+class MemberError : public AutomationError {
+ public:
+  explicit MemberError(const AutomationError& error) : AutomationError(error) {}
+};
+
+// The error as the script sees it in Err: the frame's own runtime errors (conversions, operators,
+// built-in functions) carry the script runtime's source.
+AutomationError asScriptError(const AutomationError& error);
+
+struct Unit;
+
+// A Sub or Function with the unit whose name table its body uses.
+struct ProcedureRef {
+  const Procedure* procedure = nullptr;
+  Unit* unit = nullptr;
+};
+
+// What a name of a unit means outside any local scope, cached on first use.
+struct Binding {
+  enum class Kind : uint8_t {
+    Unknown,
+    Global,
+    Procedure,
+    Builtin,
+    Constant,
+    ErrObject,
+    CreateObject
+  };
+  Kind kind = Kind::Unknown;
+  uint32_t global = 0;
+  const ProcedureRef* procedure = nullptr;
+  const Builtin* builtin = nullptr;
+  Variant constant;
+};
+
+// One parsed piece of source (the script, or one line of the prompt) and its name bindings.
+struct Unit {
+  Program program;
+  std::vector<Binding> bindings;  // by NameId, grown on demand
+};
+
+// A global variable or constant (the host's objects are constants too).
+struct Global {
+  Variant value;
+  bool isConstant = false;
+};
+
+// A by-reference argument that is an array element: passed as a copy and stored back into the
+// element after the call, if the array still has it.
+struct ElementWriteBack {
+  Variant* array = nullptr;
+  std::vector<int32_t> subscripts;
+  Variant value;
+};
+
+// The variables and error mode of one running procedure (or of the script level).
+struct Frame {
+  const Procedure* procedure = nullptr;  // null at the script level
+  Unit* unit = nullptr;
+  std::vector<Variant> slots;
+  // For a by-reference parameter, the caller's variable; null where the slot holds the value.
+  std::vector<Variant*> references;
+  // Names assigned in the procedure without a declaration (when Option Explicit is off).
+  std::unordered_map<NameId, Variant> implicitLocals;
+  std::vector<Variant> withObjects;
+  bool resumeNext = false;
+};
+
+// How a statement ended: normally, or leaving its loop or procedure.
+enum class Flow : uint8_t { Normal, ExitDo, ExitFor, ExitProcedure };
+
+// The whole state of an interpreter and the tree-walking evaluator.
+class Evaluator {
+ public:
+  Evaluator();
+
+  // Entry points (interpreter.cpp).
+  Unit& addUnit(Program program);
+  void runUnit(Unit& unit);
+  Variant evaluateIn(Unit& unit, const Expr& expression);
+  const ProcedureRef* findProcedure(StringView name) const;
+  void callFromHost(const ProcedureRef& procedure, std::span<Variant> arguments);
+  void addGlobalObject(StringView name, ObjectRef object);
+  void setStepBudget(uint64_t steps) { stepBudget_ = steps; }
+  void beginEntry();
+  ScriptError toScriptError(const AutomationError& error) const;
+
+  // Statements (evaluator_statements.cpp).
+  Flow execBlock(Frame& frame, const Block& block);
+  Flow execStatement(Frame& frame, const Stmt& statement);
+
+  // Expressions (evaluator_expressions.cpp).
+  Variant eval(Frame& frame, const Expr& expression);
+  // The value of an expression with an object's default member taken (operators, If, Let).
+  Variant evalValue(Frame& frame, const Expr& expression);
+  Variant defaultValueOf(const Variant& value);
+
+ private:
+  friend class StatementRunner;
+
+  // ---- names ----
+  Binding& bindingOf(Unit& unit, NameId id, StringView spelling);
+  uint32_t declareGlobal(const String& foldedName);
+  // The variable a name refers to; with `create`, an undeclared name becomes a variable (500
+  // under Option Explicit). Null for a name that is no variable.
+  Variant* variableOf(Frame& frame, const NameExpr& name, bool create);
+  Variant* variableOf(Frame& frame, int32_t localSlot, NameId id, StringView spelling, bool create);
+  Variant* slotOf(Frame& frame, int32_t slot);
+  bool isConstantName(Frame& frame, const NameExpr& name);
+  void hoistDeclarations(Unit& unit, const Block& block);
+
+  // ---- expressions ----
+  Variant evalName(Frame& frame, const NameExpr& name, std::vector<Argument> const* args,
+                   bool asStatement);
+  Variant evalApply(Frame& frame, const ApplyExpr& apply);
+  Variant evalMember(Frame& frame, const MemberExpr& member, const std::vector<Argument>* args,
+                     bool asStatement);
+  Variant evalBinary(Frame& frame, const BinaryExpr& binary);
+  ObjectRef objectOf(Frame& frame, const MemberExpr& member);
+  Variant indexArray(const Variant& array, Frame& frame, const std::vector<Argument>& args);
+  std::vector<int32_t> subscriptsOf(Frame& frame, const std::vector<Argument>& args);
+  Variant callBuiltin(Frame& frame, const Builtin& builtin, const std::vector<Argument>* args);
+  Variant createObject(Frame& frame, const std::vector<Argument>* args);
+
+  // ---- calls ----
+  Variant callScript(Frame& caller, const ProcedureRef& procedure,
+                     const std::vector<Argument>* args);
+  Variant runProcedure(const ProcedureRef& procedure, Frame& callee);
+  Variant callObject(Frame& frame, const ObjectRef& object, StringView name,
+                     const std::vector<Argument>* args, bool preferMethod,
+                     const Variant* assigned = nullptr, bool isSet = false);
+  // The variable behind a by-reference argument, or null for an expression; an array element
+  // is copied into `writeBacks`.
+  Variant* referenceTo(Frame& frame, const Expr& expression,
+                       std::deque<ElementWriteBack>& writeBacks);
+  static void storeWriteBacks(std::deque<ElementWriteBack>& writeBacks);
+
+  // ---- assignment ----
+  void assign(Frame& frame, const Expr& target, Variant value, bool isSet);
+
+  void checkStack();
+
+ public:
+  void countStep();
+  bool optionExplicit = false;
+  // ReDim's total element cap and the longest text concatenation builds, so a runaway script
+  // raises an error instead of exhausting memory.
+  static constexpr std::size_t kMaxArrayElements = std::size_t{1} << 22;
+  static constexpr std::size_t kMaxStringLength = std::size_t{1} << 24;
+
+  std::vector<std::unique_ptr<Unit>> units;
+  std::deque<Global> globals;
+  std::unordered_map<String, uint32_t> globalIndex;  // upper-case name -> globals
+  std::unordered_map<String, std::unique_ptr<ProcedureRef>> procedures;
+  std::shared_ptr<ErrObject> err;
+  Frame topFrame;
+  SourcePos position;
+
+ private:
+  uint64_t stepBudget_ = 0;
+  uint64_t steps_ = 0;
+  int callDepth_ = 0;
+  const char* stackBase_ = nullptr;
+
+ public:
+  // Nested entries (an event delivered while the script runs) keep the outer entry's counters.
+  int entries = 0;
+};
+
+// The value of a predefined constant (vbCrLf, vbObjectError...) by name, any case.
+std::optional<Variant> predefinedConstant(StringView name);
+
+}  // namespace ravelin::script::detail
