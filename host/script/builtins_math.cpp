@@ -1,5 +1,6 @@
 // Built-in math functions: Abs, Int, Fix, Round, Sgn, Sqr, the transcendental functions, Hex,
-// Oct, Rnd and Randomize.
+// Oct, RGB, Rnd and Randomize.
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <ravelin/frame/convert.hpp>
@@ -244,6 +245,18 @@ Variant callRandomize(Args a) {
   return Variant();
 }
 
+// RGB(red, green, blue): the colour as a Long, red in the low byte. Components above 255 count
+// as 255; negative ones raise 5.
+Variant callRGB(Args a) {
+  int32_t colour = 0;
+  for (std::size_t i = 0; i < 3; ++i) {
+    const int32_t component = CLng(a[i]);
+    if (component < 0) invalidCall();
+    colour |= std::min(component, 255) << (8 * i);
+  }
+  return Variant(colour);
+}
+
 constexpr Builtin kTable[] = {
     {u"Abs", 1, 1, callAbs},
     {u"Atn", 1, 1, realFunction<atnOf>},
@@ -255,6 +268,7 @@ constexpr Builtin kTable[] = {
     {u"Log", 1, 1, realFunction<logChecked>},
     {u"Oct", 1, 1, callOct},
     {u"Randomize", 0, 1, callRandomize},
+    {u"RGB", 3, 3, callRGB},
     {u"Rnd", 0, 1, callRnd},
     {u"Round", 1, 2, callRound},
     {u"Sgn", 1, 1, callSgn},

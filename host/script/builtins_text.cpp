@@ -335,11 +335,74 @@ Variant callFilter(Args a) {
   return stringArray(std::move(kept));
 }
 
+// Escape(text): %XX for units below 256 and %uXXXX above, except ASCII letters, digits and
+// @*_+-./, which stand as they are.
+Variant callEscape(Args a) {
+  if (a[0].isNull()) return a[0];
+  static constexpr char16_t kHex[] = u"0123456789ABCDEF";
+  constexpr StringView kPlain = u"@*_+-./";
+  const String text = textArgument(a[0]);
+  String result;
+  result.reserve(text.size());
+  for (const char16_t unit : text) {
+    const bool alphanumeric = (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
+                              (unit >= u'0' && unit <= u'9');
+    if (alphanumeric || kPlain.find(unit) != StringView::npos) {
+      result += unit;
+    } else if (unit < 256) {
+      result += {u'%', kHex[unit >> 4], kHex[unit & 15]};
+    } else {
+      result +=
+          {u'%',           u'u', kHex[unit >> 12], kHex[(unit >> 8) & 15], kHex[(unit >> 4) & 15],
+           kHex[unit & 15]};
+    }
+  }
+  return Variant(std::move(result));
+}
+
+// The value of `count` hexadecimal digits at text[at], or -1 when they are not all digits.
+int32_t hexValue(StringView text, std::size_t at, std::size_t count) {
+  if (at + count > text.size()) return -1;
+  int32_t value = 0;
+  for (std::size_t i = at; i < at + count; ++i) {
+    const char16_t c = text[i];
+    int digit = -1;
+    if (c >= u'0' && c <= u'9') digit = c - u'0';
+    if (c >= u'a' && c <= u'f') digit = c - u'a' + 10;
+    if (c >= u'A' && c <= u'F') digit = c - u'A' + 10;
+    if (digit < 0) return -1;
+    value = value * 16 + digit;
+  }
+  return value;
+}
+
+// Unescape(text): reads %XX and %uXXXX back; a "%" not followed by hexadecimal digits stays.
+Variant callUnescape(Args a) {
+  if (a[0].isNull()) return a[0];
+  const String text = textArgument(a[0]);
+  String result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == u'%') {
+      const bool wide = i + 1 < text.size() && (text[i + 1] == u'u' || text[i + 1] == u'U');
+      const int32_t value = wide ? hexValue(text, i + 2, 4) : hexValue(text, i + 1, 2);
+      if (value >= 0) {
+        result += static_cast<char16_t>(value);
+        i += wide ? 5 : 2;
+        continue;
+      }
+    }
+    result += text[i];
+  }
+  return Variant(std::move(result));
+}
+
 constexpr Builtin kTable[] = {
     {u"Asc", 1, 1, callAsc},
     {u"AscW", 1, 1, callAscW},
     {u"Chr", 1, 1, callChr},
     {u"ChrW", 1, 1, callChrW},
+    {u"Escape", 1, 1, callEscape},
     {u"Filter", 2, 4, callFilter},
     {u"InStr", 2, 4, callInStr},
     {u"InStrRev", 2, 4, callInStrRev},
@@ -359,6 +422,7 @@ constexpr Builtin kTable[] = {
     {u"StrReverse", 1, 1, callStrReverse},
     {u"Trim", 1, 1, callTrim<true, true>},
     {u"UCase", 1, 1, callUCase},
+    {u"Unescape", 1, 1, callUnescape},
 };
 static_assert(isSortedByName(kTable));
 

@@ -296,6 +296,9 @@ TEST(BuiltinsTest, Math) {
       {u"Hex", {D(4294967295.0)}, {}, 6},
       {u"Oct", {I(8)}, S(u"10")},
       {u"Oct", {I(-1)}, S(u"37777777777")},
+      {u"RGB", {I(255), I(0), I(1)}, L(0x0100FF)},
+      {u"RGB", {I(300), D(127.5), I(0)}, L(0x0080FF)},
+      {u"RGB", {I(-1), I(0), I(0)}, {}, 5},
   });
 }
 
@@ -433,6 +436,9 @@ TEST(BuiltinsTest, Text) {
        {Arr({S(u"apple"), S(u"Banana"), S(u"cherry")}), S(u"A"), B(true), I(1)},
        Strs({S(u"apple"), S(u"Banana")})},
       {u"Filter", {S(u"a"), S(u"a")}, {}, 13},
+      {u"Escape", {S(u"a b+c/\u00e9\u20ac%")}, S(u"a%20b+c/%E9%u20AC%25")},
+      {u"Unescape", {S(u"a%20b%E9%u20ac%zz%u12")}, S(u"a b\u00e9\u20ac%zz%u12")},
+      {u"Escape", {kNull}, kNull},
   });
 }
 
