@@ -61,7 +61,9 @@ Date systemClock() {
     // std::localtime shares one buffer between threads.
     static std::mutex mutex;
     const std::lock_guard<std::mutex> lock(mutex);
-    local = *std::localtime(&seconds);
+    const std::tm* converted = std::localtime(&seconds);
+    if (converted == nullptr) return Date{};  // a clock the C library cannot convert
+    local = *converted;
   }
   const Date whole = makeDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
                               local.tm_min, std::min(local.tm_sec, 59));
