@@ -207,6 +207,7 @@ class StatementRunner {
     const Variant subject = e_.evalValue(frame_, *s.subject);
     const OperandKind subjectKind = operandKindOf(*s.subject);
     for (const CaseClause& clause : s.cases) {
+      e_.position = clause.pos;
       for (const CaseTest& test : clause.tests) {
         if (matches(subject, subjectKind, test)) return e_.execBlock(frame_, clause.body);
       }

@@ -397,6 +397,8 @@ class Parser {
       const Token& t = peek();
       if (t.is(TokenKind::Dot)) {
         if (e->kind == ExprKind::Literal) return e;
+        // Inside With, a dot after a blank starts a new expression: "out.Echo .Count".
+        if (withDepth_ > 0 && blankBefore(pos_)) return e;
         advance();
         const Token& member = peek();
         // After a dot any word is a member name, reserved or not (rs.EOF, obj.Next).
@@ -428,6 +430,16 @@ class Parser {
         return e;
       }
     }
+  }
+
+  // Whether blanks (or a line continuation) separate token i from the token before it.
+  bool blankBefore(std::size_t i) const {
+    if (i == 0) return true;
+    const Token& before = tokens_[i - 1];
+    const Token& t = tokens_[i];
+    if (before.line != t.line) return true;
+    const std::size_t width = before.is(TokenKind::Identifier) ? before.text.size() : 1;
+    return before.column + width < t.column;
   }
 
   // Arguments separated by commas, each possibly omitted or named (name:=value). Inside

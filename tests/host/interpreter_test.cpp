@@ -95,11 +95,226 @@ void expectRuns(const std::vector<Case>& cases) {
   }
 }
 
-TEST(InterpreterTest, Smoke) {
+TEST(InterpreterTest, OperatorsPromotionsAndNull) {
   expectRuns({
-      {"out.Echo 1 + 2", "3"},
-      {"Dim a\na = \"x\"\nout.Echo a & 5", "x5"},
+      {"out.Echo TypeName(32767 + 1) & \" \" & (32767 + 1)", "Long 32768"},
+      {"out.Echo TypeName(2147483647 + 1)", "Double"},
+      {"x = CByte(200) : out.Echo TypeName(x + x) & \" \" & (x + x)", "Integer 400"},
+      {"out.Echo TypeName(7 \\ 2) & (7 \\ 2) & (7 Mod 3) & (2 ^ 10)", "Integer311024"},
+      {"out.Echo 1 / 4 & \"|\" & \"3\" + 4 & \"|\" & \"3\" & 4", "0.25|7|34"},
+      {"out.Echo Null + 1 : out.Echo Null & \"a\" : out.Echo IsNull(Null = 1)", "Null|a|True"},
+      {"out.Echo Null And False : out.Echo True Or Null : out.Echo Not Empty", "False|True|-1"},
+      {"x = 5 : out.Echo -x & \" \" & TypeName(-x)", "-5 Integer"},
+      {"out.Echo 1 / 0", "", "11 Microsoft VBScript runtime error: Division by zero @1"},
+      {"out.Echo \"a\" * 2", "", "13 Microsoft VBScript runtime error: Type mismatch @1"},
+      {"out.Echo 5 Xor 3, 5 Eqv 3", "",
+       "450 Microsoft VBScript runtime error: Wrong number of "
+       "arguments or invalid property assignment @1"},
   });
+}
+
+TEST(InterpreterTest, ComparisonsTellLiteralsFromVariables) {
+  expectRuns({
+      // A literal number against text reads the text as a number.
+      {"s = \"10\" : out.Echo s = 10 : out.Echo s > 9", "True|True"},
+      // Two variables: a number is always less than text.
+      {"s = \"10\" : n = 10 : out.Echo s = n : out.Echo n < s", "False|True"},
+      // A string literal against a number variable compares the number's text.
+      {"n = 10 : out.Echo n = \"10\" : out.Echo n < \"9\"", "True|True"},
+      {"out.Echo \"abc\" < \"abd\" : out.Echo \"a\" = \"A\"", "True|False"},
+      {"out.Echo Empty = 0 : out.Echo Empty = \"\"", "True|True"},
+  });
+}
+
+TEST(InterpreterTest, ProceduresAndByReference) {
+  expectRuns({
+      {"Sub inc(n) : n = n + 1 : End Sub\nx = 1 : inc x : inc (x) : Call inc(x) : out.Echo x", "3"},
+      {"Sub inc(ByVal n) : n = n + 1 : End Sub\nx = 1 : inc x : out.Echo x", "1"},
+      {"Function twice(v) : twice = v * 2 : End Function\nout.Echo twice(21)", "42"},
+      {"Sub setIt(a) : a = 9 : End Sub\nDim arr(2) : setIt arr(1) : out.Echo arr(1)", "9"},
+      {"Sub setIt(a) : a = 9 : End Sub\nx = 1 : setIt x + 0 : out.Echo x", "1"},
+      {"Function f(a, b) : a = a & \"!\" : f = a & b : End Function\n"
+       "s = \"x\" : out.Echo f(s, s) & \" \" & s",
+       "x!x! x!"},
+      {"Function fact(n)\nIf n <= 1 Then\nfact = 1\nElse\nfact = n * fact(n - 1)\nEnd If\n"
+       "End Function\nout.Echo fact(10)",
+       "3628800"},
+      {"Sub s()\nout.Echo 1\nExit Sub\nout.Echo 2\nEnd Sub\ns", "1"},
+      {"Sub s(a, b) : End Sub\ns 1", "",
+       "450 Microsoft VBScript runtime error: Wrong number of arguments or invalid property "
+       "assignment @2"},
+      {"Function f() : y = 5 : f = y : End Function\nout.Echo f() & \"[\" & y & \"]\"", "5[]"},
+      {"Option Explicit\nDim a : a = 1 : b = 2", "",
+       "500 Microsoft VBScript runtime error: Variable is undefined @2"},
+      {"Const c = 5 : c = 6", "", "501 Microsoft VBScript runtime error: Illegal assignment @1"},
+      {"out.Echo vbObjectError & \" \" & Len(vbCrLf) & \" \" & vbLong", "-2147221504 2 3"},
+      {"Dim vbCr : vbCr = 7 : out.Echo vbCr", "7"},
+  });
+}
+
+TEST(InterpreterTest, LibraryObjects) {
+  expectRuns({
+      {"Set a = CreateObject(\"Ravelin.clsArrayLong\")\na.add 5 : a.add 7\n"
+       "out.Echo a.getCount() & \" \" & a.item(1) & \" \" & TypeName(a)",
+       "2 7 clsArrayLong"},
+      {"Set a = CreateObject(\"clsArrayLong\") : a.add 1 : a.item(0) = 5 : out.Echo a.item(0)",
+       "5"},
+      {"Set a = CreateObject(\"clsArrayLong\")\nWith a\n.add 3\n.add 4\nout.Echo .getCount\n"
+       "End With",
+       "2"},
+      // By-reference optional parameters write back into the caller's variable.
+      {"Set a = CreateObject(\"clsArrayString\") : a.add \"x\" : a.add \"y\"\n"
+       "d = \";\" : out.Echo a.getItemsAsList(d) & \" \" & d",
+       ";x;,;y; ;"},
+      {"Set a = CreateObject(\"clsArrayString\") : a.add \"x\" : a.add \"y\"\n"
+       "out.Echo a.getItemsAsList(vsDelimiterChar:=\"+\")",
+       "+x+,+y+"},
+      {"Set a = CreateObject(\"clsArrayBoolean\")\np = False : r = True\n"
+       "a.allocateSpacePublic 4, p, r : out.Echo TypeName(p) & \" \" & r",
+       "Boolean True"},
+      {"Set a = CreateObject(\"clsArrayBoolean\")\na.allocateSpacePublic 4, , \n"
+       "a.allocateSpacePublic viSize:=2, vbResetCountVariable:=True : out.Echo a.getCount",
+       "0"},
+      {"Set a = CreateObject(\"clsArrayLong\")\nOn Error Resume Next\nx = a.item(5)\n"
+       "out.Echo Err.Number : out.Echo Err.Source : out.Echo Err.Description",
+       "-2147221504|Tarn.Quillmark.Common|clsArrayLong.getItem()"},
+      {"Set a = CreateObject(\"clsArrayLong\")\nx = a.item(5)", "",
+       "-2147221504 Tarn.Quillmark.Common: clsArrayLong.getItem() @2"},
+      {"Set a = CreateObject(\"clsArrayLong\") : a.nothingHere", "",
+       "438 Microsoft VBScript runtime error: Object doesn't support this property or method @1"},
+      {"Set a = CreateObject(\"No.Such\")", "",
+       "429 Microsoft VBScript runtime error: ActiveX component can't create object @1"},
+      {"Set a = Nothing : a.add 1", "",
+       "91 Microsoft VBScript runtime error: Object variable or With block variable not set @1"},
+      {"Set a = 5", "", "424 Microsoft VBScript runtime error: Object required @1"},
+      {"Set a = CreateObject(\"clsArrayLong\") : b = a", "",
+       "438 Microsoft VBScript runtime error: Object doesn't support this property or method @1"},
+      {"Set a = CreateObject(\"clsArrayLong\") : Set b = a : out.Echo a Is b : "
+       "out.Echo a Is Nothing : out.Echo IsObject(b)",
+       "True|False|True"},
+      {"out.Echo CCEC_InvalidIndex", "-2147221504"},
+  });
+}
+
+TEST(InterpreterTest, ErrorTrappingAndErr) {
+  expectRuns({
+      {"On Error Resume Next\nx = 1 / 0\nout.Echo Err.Number & \" \" & Err.Source\n"
+       "Err.Clear : out.Echo Err.Number",
+       "11 Microsoft VBScript runtime error|0"},
+      {"On Error Resume Next\nErr.Raise 5\nout.Echo Err.Description\nOn Error GoTo 0\n"
+       "out.Echo Err.Number\nErr.Raise vbObjectError + 1, \"me\", \"mine\"",
+       "Invalid procedure call or argument|0", "-2147221503 me: mine @6"},
+      {"On Error Resume Next : Err.Raise 1000 : out.Echo Err.Description", "Unknown runtime error"},
+      // A procedure without a handler passes its error to the caller's handler.
+      {"Sub bad()\nx = 1 / 0\nout.Echo \"not reached\"\nEnd Sub\n"
+       "On Error Resume Next\nbad\nout.Echo Err.Number",
+       "11"},
+      // A handler inside the procedure keeps the error there.
+      {"Sub careful()\nOn Error Resume Next\nx = 1 / 0\nout.Echo \"in \" & Err.Number\n"
+       "End Sub\ncareful\nout.Echo \"after\"",
+       "in 11|after"},
+      {"On Error Resume Next\nIf 1 / 0 Then out.Echo \"then\"\nout.Echo \"next\"", "next"},
+      {"If Err Then out.Echo 1 Else out.Echo 0", "0"},
+      {"Sub s()\nx = 1 / 0\nEnd Sub\ns", "",
+       "11 Microsoft VBScript runtime error: Division by "
+       "zero @2"},
+  });
+}
+
+TEST(InterpreterTest, ControlFlow) {
+  expectRuns({
+      {"For i = 1 To 3 : out.Echo i : Next", "1|2|3"},
+      {"For i = 3 To 1 Step -1 : s = s & i : Next : out.Echo s & \" \" & i", "321 0"},
+      {"For i = 1 To 2 Step 0.5 : s = s & i & \",\" : Next : out.Echo s & TypeName(i)",
+       "1,1.5,2,Double"},
+      {"n = 3 : For i = 1 To n : n = 1 : c = c + 1 : Next : out.Echo c", "3"},
+      {"For i = 1 To 10 : If i = 4 Then Exit For\nNext : out.Echo i", "4"},
+      {"i = 0 : Do While i < 3 : i = i + 1 : Loop : out.Echo i", "3"},
+      {"i = 0 : Do : i = i + 1 : Loop Until i >= 5 : out.Echo i", "5"},
+      {"i = 10 : Do Until i < 5 : i = i - 2 : Loop : out.Echo i", "4"},
+      {"i = 0 : Do : i = i + 1 : If i = 7 Then Exit Do\nLoop : out.Echo i", "7"},
+      {"i = 0 : While i < 4 : i = i + 1 : Wend : out.Echo i", "4"},
+      {"For Each x In Array(1, \"b\", 3) : s = s & x : Next : out.Echo s", "1b3"},
+      {"For Each x In trio : s = s & x & \";\" : Next : out.Echo s", "1;two;3.5;"},
+      {"For Each x In 5 : Next", "",
+       "451 Microsoft VBScript runtime error: Object not a "
+       "collection @1"},
+      {"Set a = CreateObject(\"clsArrayLong\") : For Each x In a : Next", "",
+       "451 Microsoft VBScript runtime error: Object not a collection @1"},
+      {"Dim a(2) : a(0) = 1 : For Each x In a : a(0) = 9 : s = s & x : Next : out.Echo s & a(0)",
+       "19"},
+      {"Function f(n)\nFor i = 1 To 10\nIf i = n Then f = i : Exit Function\nNext\n"
+       "End Function\nout.Echo f(3)",
+       "3"},
+      {"x = 5\nIf x > 10 Then\nout.Echo 1\nElseIf x > 3 Then\nout.Echo 2\nElse\nout.Echo 3\n"
+       "End If",
+       "2"},
+      {"If Null Then out.Echo 1 Else out.Echo 2", "2"},
+  });
+}
+
+TEST(InterpreterTest, SelectCase) {
+  const std::string select =
+      "Function kind(v)\nSelect Case v\nCase \"x\" : kind = \"letter\"\n"
+      "Case 1, 2 : kind = \"small\"\nCase 3 To 5 : kind = \"mid\"\n"
+      "Case Is > 100 : kind = \"big\"\nCase Else : kind = \"other\"\nEnd Select\nEnd Function\n";
+  expectRuns({
+      {select + "out.Echo kind(2) & kind(4) & kind(500) & kind(\"x\") & kind(50)",
+       "smallmidbigletterother"},
+      {"Select Case 3\nCase 1\nout.Echo 1\nEnd Select\nout.Echo \"done\"", "done"},
+      // A number literal against text that is no number is a type mismatch.
+      {select + "out.Echo kind(\"y\")", "",
+       "13 Microsoft VBScript runtime error: Type mismatch @4"},
+  });
+}
+
+TEST(InterpreterTest, Arrays) {
+  expectRuns({
+      {"Dim a(2, 3) : a(2, 3) = 7 : out.Echo UBound(a, 1) & UBound(a, 2) & a(2, 3)", "237"},
+      {"Dim a() : ReDim a(2) : a(2) = \"k\" : ReDim Preserve a(4) : out.Echo UBound(a) & a(2)",
+       "4k"},
+      {"ReDim a(1, 1) : a(1, 0) = 5 : ReDim Preserve a(1, 3) : out.Echo a(1, 0) & UBound(a, 2)",
+       "53"},
+      {"ReDim a(1, 1) : ReDim Preserve a(2, 1)", "",
+       "9 Microsoft VBScript runtime error: Subscript out of range @1"},
+      {"ReDim a(3) : a(1) = 1 : ReDim a(3) : out.Echo IsEmpty(a(1))", "True"},
+      {"Dim a(1) : a(2) = 1", "", "9 Microsoft VBScript runtime error: Subscript out of range @1"},
+      {"a = Array(1, 2) : b = a : b(0) = 9 : out.Echo a(0) & b(0)", "19"},
+      {"Sub fill(arr) : arr(0) = \"f\" : End Sub\nDim a(1) : fill a : out.Echo a(0)", "f"},
+  });
+}
+
+TEST(InterpreterTest, RunawayScriptsEndInErrors) {
+  // Deep recursion raises "Out of stack space" instead of exhausting the stack.
+  const RunResult recursion = runScript("Function f(n) : f = f(n + 1) : End Function\nf 1");
+  EXPECT_EQ(recursion.error.substr(0, 3), "28 ");
+  const RunResult trapped = runScript(
+      "Function f(n) : f = f(n + 1) : End Function\nOn Error Resume Next\nf 1\n"
+      "out.Echo Err.Number");
+  EXPECT_EQ(trapped.output, "28");
+
+  // The step budget ends an endless loop, and On Error Resume Next does not catch it.
+  const RunResult endless = runScript("On Error Resume Next\nDo\nx = x + 1\nLoop", 1000);
+  EXPECT_EQ(endless.error.substr(0, std::to_string(kStepBudgetExceeded).size()),
+            std::to_string(kStepBudgetExceeded));
+  const RunResult bounded = runScript("For i = 1 To 100 : Next : out.Echo i", 1000);
+  EXPECT_EQ(bounded.output, "101");
+  EXPECT_EQ(bounded.error, "");
+}
+
+TEST(InterpreterTest, PromptAndEvents) {
+  Interpreter interpreter;
+  auto out = std::make_shared<Output>();
+  interpreter.addGlobalObject(u"out", out);
+  interpreter.execute(u"x = 40\nSub handler(a, ByRef b)\nb = a + x\nEnd Sub");
+  interpreter.execute(u"x = x + 1");
+  EXPECT_EQ(CStr(interpreter.evaluate(u"x * 2")), u"82");
+  Variant args[2] = {Variant(int16_t{1}), Variant()};
+  EXPECT_TRUE(interpreter.callProcedure(u"HANDLER", args));
+  EXPECT_EQ(CStr(args[1]), u"42");
+  EXPECT_FALSE(interpreter.callProcedure(u"missing", args));
+  EXPECT_THROW(interpreter.execute(u"y = 1 / 0"), ScriptError);
+  EXPECT_THROW(interpreter.execute(u"If"), SyntaxError);
 }
 
 }  // namespace
