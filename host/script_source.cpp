@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <ravelin/host/script_source.hpp>
@@ -21,7 +22,9 @@ String decodeScriptSource(std::string_view bytes) {
 }
 
 std::optional<std::string> readFileBytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
+  // The path is UTF-8; the path type converts it for the system (UTF-16 on Windows).
+  std::u8string utf8Path(path.begin(), path.end());
+  std::ifstream file(std::filesystem::path(utf8Path), std::ios::binary);
   if (!file) return std::nullopt;
   std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
   if (file.bad()) return std::nullopt;

@@ -4,6 +4,10 @@
 
 namespace ravelin::platform {
 
+std::vector<std::string> commandLineArguments(int argc, char** argv) {
+  return std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc);
+}
+
 bool standardInputIsTerminal() {
   return isatty(STDIN_FILENO) == 1;
 }

@@ -1,8 +1,23 @@
+#include <shellapi.h>
 #include <windows.h>
 
+#include <ravelin/frame/text.hpp>
 #include <ravelin/platform/terminal.hpp>
 
 namespace ravelin::platform {
+
+std::vector<std::string> commandLineArguments(int argc, char** argv) {
+  int count = 0;
+  LPWSTR* wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  if (wide == nullptr) return std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) {
+    const auto* text = reinterpret_cast<const char16_t*>(wide[i]);
+    arguments.push_back(toUtf8(StringView(text)));
+  }
+  LocalFree(wide);
+  return arguments;
+}
 
 // A console handle answers GetConsoleMode; a pipe or a file does not.
 bool standardInputIsTerminal() {

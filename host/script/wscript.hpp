@@ -1,0 +1,92 @@
+// The script host's WScript object: output, the script's name and arguments, Quit, Sleep and
+// the connection of objects' events to the script's procedures.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <ravelin/frame/events.hpp>
+#include <ravelin/frame/member_table.hpp>
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/variant.hpp>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace ravelin::script {
+
+// WScript.Arguments: the script's command-line arguments; Item is the default member, so
+// WScript.Arguments(0) reads the first one, and For Each walks them.
+class WshArguments : public Object {
+ public:
+  WshArguments() = default;
+  explicit WshArguments(std::vector<String> arguments) : arguments_(std::move(arguments)) {}
+
+  StringView className() const override { return u"WshArguments"; }
+  const ClassInfo* memberTable() const override;
+  bool enumerate(std::vector<Variant>& items) const override;
+
+  int32_t Count() const { return static_cast<int32_t>(arguments_.size()); }
+  // The argument at a 0-based index; 9 (subscript out of range) outside 0 to Count - 1.
+  const String& Item(int32_t index) const;
+
+ private:
+  std::vector<String> arguments_;
+};
+
+// What the host tells WScript about the running script.
+struct ScriptIdentity {
+  // The path as given ("scripts/run.vbs"), or "-e" / "<stdin>" when there is no file.
+  String path;
+  // The absolute path of the file, or the same as `path` when there is no file.
+  String fullPath;
+  std::vector<String> arguments;
+  String hostVersion;
+};
+
+class WScript : public Object {
+ public:
+  // Writes text (UTF-8) to the script's standard output.
+  using OutputWriter = std::function<void(std::string_view text)>;
+  // Calls the script's procedure of that name; false when the script has none.
+  using ProcedureCaller = std::function<bool(StringView name, std::span<Variant> arguments)>;
+
+  WScript(ScriptIdentity identity, OutputWriter output, ProcedureCaller callProcedure,
+          std::shared_ptr<EventQueue> events = EventQueue::current());
+  // A WScript with no script, whose output goes nowhere (the member table's builder needs one).
+  WScript() : WScript({}, nullptr, nullptr) {}
+  ~WScript() override;
+
+  StringView className() const override { return u"WScript"; }
+  const ClassInfo* memberTable() const override;
+
+  // Writes the arguments as one line (echo_text.hpp).
+  void Echo(std::span<const Variant> arguments);
+  // Ends the script with the exit code (raises ScriptQuit).
+  [[noreturn]] void Quit(int32_t exitCode);
+  ObjectRef Arguments() const { return arguments_; }
+  // The file name without its folder.
+  String ScriptName() const;
+  String ScriptFullName() const { return identity_.fullPath; }
+  String Version() const { return identity_.hostVersion; }
+  // Waits that many milliseconds, delivering the thread's pending events meanwhile; 5 when
+  // negative.
+  void Sleep(int32_t milliseconds);
+  // Sends the events of `source` to the script's Sub PREFIX + event name; an object that raises
+  // no events gives 459.
+  void ConnectObject(const ObjectRef& source, StringView prefix);
+  // Stops the events of `source`; 5 when it is not connected.
+  void DisconnectObject(const ObjectRef& source);
+
+ private:
+  struct Connection;
+
+  ScriptIdentity identity_;
+  OutputWriter output_;
+  ProcedureCaller callProcedure_;
+  std::shared_ptr<EventQueue> events_;
+  std::shared_ptr<WshArguments> arguments_;
+  std::vector<Connection> connections_;
+};
+
+}  // namespace ravelin::script

@@ -1,0 +1,180 @@
+#include <gtest/gtest.h>
+
+#include <ravelin/frame/cls_error.hpp>
+#include <ravelin/frame/dispatch.hpp>
+#include <ravelin/frame/error.hpp>
+#include <ravelin/host/script/interpreter.hpp>
+#include <ravelin/host/script/wscript.hpp>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace ravelin::script {
+namespace {
+
+using namespace std::chrono_literals;
+
+// A test object with an event: "Tick" with one by-reference argument.
+class Ticker : public Object, public EventSource {
+ public:
+  StringView className() const override { return u"Ticker"; }
+  void tick(int32_t value) {
+    Variant arguments[] = {Variant(value)};
+    raiseEvent(u"Tick", arguments);
+  }
+};
+
+struct Harness {
+  explicit Harness(ScriptIdentity identity = {}, WaitClock& clock = steadyWaitClock())
+      : queue(std::make_shared<EventQueue>(clock)),
+        wscript(std::make_shared<WScript>(
+            std::move(identity), [this](std::string_view text) { output += text; },
+            [this](StringView name, std::span<Variant> arguments) {
+              if (!equalsIgnoreCase(name, u"T_Tick")) return false;
+              calls.push_back(toUtf8(name) + "(" + std::to_string(arguments[0].asLong()) + ")");
+              return true;
+            },
+            queue)) {}
+
+  // Calls a member by name as a script would.
+  Variant call(const ObjectRef& object, StringView name, MemberKind kind,
+               std::vector<Variant> values = {}) {
+    std::vector<CallArgument> arguments(values.begin(), values.end());
+    const MemberInfo* member = object->memberTable()->find(name, kind);
+    if (member == nullptr) raiseRuntimeError(vb_error::kMemberNotSupported);
+    return callMember(*object, *member, arguments);
+  }
+  Variant call(StringView name, std::vector<Variant> values = {}) {
+    return call(wscript, name, MemberKind::Method, std::move(values));
+  }
+  Variant get(const ObjectRef& object, StringView name, std::vector<Variant> values = {}) {
+    return call(object, name, MemberKind::PropertyGet, std::move(values));
+  }
+
+  std::shared_ptr<EventQueue> queue;
+  std::string output;
+  std::vector<std::string> calls;
+  std::shared_ptr<WScript> wscript;
+};
+
+int32_t errorNumberOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const AutomationError& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+TEST(WScript, EchoTakesAnyNumberOfArguments) {
+  Harness host;
+  host.call(u"Echo");
+  host.call(u"Echo", {Variant(int32_t{1}), Variant(String(u"two")), Variant::null()});
+  host.call(u"echo", {Variant(true)});
+  EXPECT_EQ(host.output, "\n1 two null\n-1\n");
+  std::vector<Variant> tooMany(65, Variant(int32_t{0}));
+  EXPECT_EQ(errorNumberOf([&] { host.call(u"Echo", tooMany); }), vb_error::kWrongArgumentCount);
+}
+
+TEST(WScript, ArgumentsAndScriptNames) {
+  Harness host(ScriptIdentity{u"tests/scripts/run.vbs",
+                              u"/work/tests/scripts/run.vbs",
+                              {u"first", u"second word"},
+                              u"1.2.3"});
+  ObjectRef arguments = host.get(host.wscript, u"Arguments").asObject();
+  EXPECT_EQ(host.get(arguments, u"Count").asLong(), 2);
+  EXPECT_EQ(host.get(arguments, u"length").asLong(), 2);
+  EXPECT_EQ(host.get(arguments, u"Item", {Variant(int16_t{1})}).asString(), u"second word");
+  EXPECT_EQ(host.get(arguments, u"", {Variant(String(u"0"))}).asString(), u"first");
+  EXPECT_EQ(errorNumberOf([&] { host.get(arguments, u"Item", {Variant(int32_t{2})}); }),
+            vb_error::kSubscriptOutOfRange);
+  std::vector<Variant> items;
+  EXPECT_TRUE(arguments->enumerate(items));
+  EXPECT_EQ(items,
+            (std::vector<Variant>{Variant(String(u"first")), Variant(String(u"second word"))}));
+
+  EXPECT_EQ(host.get(host.wscript, u"ScriptName").asString(), u"run.vbs");
+  EXPECT_EQ(host.get(host.wscript, u"ScriptFullName").asString(), u"/work/tests/scripts/run.vbs");
+  EXPECT_EQ(host.get(host.wscript, u"Version").asString(), u"1.2.3");
+
+  struct Row {
+    String path;
+    String name;
+  };
+  const Row rows[] = {
+      {u"C:\\suite\\run.vbs", u"run.vbs"}, {u"-e", u"-e"}, {u"a/b\\c.vbs", u"c.vbs"}};
+  for (const Row& row : rows) {
+    WScript wscript(ScriptIdentity{row.path, row.path, {}, u""}, nullptr, nullptr);
+    EXPECT_EQ(wscript.ScriptName(), row.name);
+  }
+}
+
+TEST(WScript, QuitEndsTheScriptWithItsCode) {
+  Harness host;
+  for (auto [arguments, code] : {std::pair{std::vector<Variant>{}, 0},
+                                 std::pair{std::vector<Variant>{Variant(String(u"7"))}, 7}}) {
+    try {
+      host.call(u"Quit", arguments);
+      FAIL() << "Quit returned";
+    } catch (const ScriptQuit& quit) {
+      EXPECT_EQ(quit.exitCode, code);
+    }
+  }
+}
+
+TEST(WScript, SleepDeliversConnectedEventsPostedFromAnotherThread) {
+  SimulatedWaitClock clock;
+  Harness host({}, clock);
+  auto ticker = std::make_shared<Ticker>();
+  host.call(u"ConnectObject", {Variant(ObjectRef(ticker)), Variant(String(u"T_"))});
+
+  // A timer thread only posts; the tick is raised on the sleeping thread.
+  clock.expectPosts(2);
+  std::thread timer([&] {
+    for (int32_t i = 1; i <= 2; ++i) {
+      host.queue->post([&, i] {
+        ticker->tick(i);
+        clock.expectPosts(-1);
+      });
+    }
+  });
+  host.call(u"Sleep", {Variant(int32_t{500})});
+  timer.join();
+  EXPECT_EQ(host.calls, (std::vector<std::string>{"T_Tick(1)", "T_Tick(2)"}));
+
+  // After DisconnectObject the ticks reach no one; a second disconnect is an error.
+  host.call(u"DisconnectObject", {Variant(ObjectRef(ticker))});
+  ticker->tick(3);
+  EXPECT_EQ(host.calls.size(), 2u);
+  EXPECT_EQ(ticker->sinkCount(), 0u);
+  EXPECT_EQ(errorNumberOf([&] { host.call(u"DisconnectObject", {Variant(ObjectRef(ticker))}); }),
+            vb_error::kInvalidProcedureCall);
+}
+
+TEST(WScript, SleepTimedEventsAndBadArguments) {
+  SimulatedWaitClock clock;
+  Harness host({}, clock);
+  auto ticker = std::make_shared<Ticker>();
+  host.call(u"ConnectObject", {Variant(ObjectRef(ticker)), Variant(String(u"t_"))});
+  const auto start = clock.now();
+  clock.schedule(start + 40ms, [&] { host.queue->post([&] { ticker->tick(40); }); });
+  clock.schedule(start + 90ms, [&] { host.queue->post([&] { ticker->tick(90); }); });
+  host.call(u"Sleep", {Variant(int32_t{50})});
+  EXPECT_EQ(host.calls, (std::vector<std::string>{"t_Tick(40)"}));
+  EXPECT_EQ(clock.now() - start, 50ms);
+
+  EXPECT_EQ(errorNumberOf([&] { host.call(u"Sleep", {Variant(int32_t{-1})}); }),
+            vb_error::kInvalidProcedureCall);
+  ObjectRef plain = std::make_shared<clsError>();
+  EXPECT_EQ(errorNumberOf([&] {
+              host.call(u"ConnectObject", {Variant(plain), Variant(String(u"x_"))});
+            }),
+            459);
+  EXPECT_EQ(errorNumberOf([&] {
+              host.call(u"ConnectObject", {Variant::nothing(), Variant(String(u"x_"))});
+            }),
+            vb_error::kObjectRequired);
+}
+
+}  // namespace
+}  // namespace ravelin::script

@@ -1,0 +1,5 @@
+' A script that does not compile runs nothing.
+WScript.Echo "never"
+If x Then
+  x = (1 +
+End If
