@@ -132,9 +132,27 @@ class StatementRunner {
     return e_.variableOf(frame_, v.localSlot, v.id, v.name, true);
   }
 
+  // Whether a variable is a fixed-size array (Dim a(3)), which ReDim may not resize; with
+  // `mark`, records that it is one.
+  bool fixedArray(const DimVariable& v, bool mark) {
+    if (frame_.procedure != nullptr && v.localSlot != kNoSlot) {
+      const auto slot = static_cast<std::size_t>(v.localSlot);
+      if (mark && frame_.fixedSlots.size() <= slot) frame_.fixedSlots.resize(slot + 1);
+      if (slot >= frame_.fixedSlots.size()) return false;
+      if (mark) frame_.fixedSlots[slot] = true;
+      return frame_.fixedSlots[slot];
+    }
+    const auto it = e_.globalIndex.find(toUpper(v.name));
+    if (it == e_.globalIndex.end()) return false;
+    Global& global = e_.globals[it->second];
+    if (mark) global.fixedArray = true;
+    return global.fixedArray;
+  }
+
   Flow dim(const DimStmt& s) {
     for (const DimVariable& v : s.variables) {
       if (!v.isArray) continue;
+      if (!v.bounds.empty()) fixedArray(v, true);
       Variant* variable = declared(v);
       if (variable->isArray()) continue;
       *variable = Variant(newArray(v.bounds));
@@ -144,6 +162,7 @@ class StatementRunner {
 
   Flow reDim(const ReDimStmt& s) {
     for (const DimVariable& v : s.variables) {
+      if (fixedArray(v, false)) raiseScriptError(script_error::kArrayFixed);
       SafeArray resized = newArray(v.bounds);
       Variant* variable = declared(v);
       if (s.preserve && variable->isArray()) {
@@ -357,7 +376,6 @@ Flow Evaluator::execStatement(Frame& frame, const Stmt& statement) {
           return Flow::ExitFor;
         case ExitStmt::Target::Sub:
         case ExitStmt::Target::Function:
-          err->clear();
           return Flow::ExitProcedure;
       }
       return Flow::Normal;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/variant.hpp>
+#include <ravelin/host/script/syntax_error.hpp>
 #include <span>
 
 namespace ravelin::script {

@@ -87,6 +87,7 @@ struct Unit {
 struct Global {
   Variant value;
   bool isConstant = false;
+  bool fixedArray = false;  // declared with bounds: ReDim raises 10
 };
 
 // A by-reference argument that is an array element: passed as a copy and stored back into the
@@ -107,6 +108,7 @@ struct Frame {
   // Names assigned in the procedure without a declaration (when Option Explicit is off).
   std::unordered_map<NameId, Variant> implicitLocals;
   std::vector<Variant> withObjects;
+  std::vector<bool> fixedSlots;  // locals declared as fixed-size arrays
   bool resumeNext = false;
 };
 

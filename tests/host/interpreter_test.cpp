@@ -215,6 +215,10 @@ TEST(InterpreterTest, ErrorTrappingAndErr) {
        "in 11|after"},
       {"On Error Resume Next\nIf 1 / 0 Then out.Echo \"then\"\nout.Echo \"next\"", "next"},
       {"If Err Then out.Echo 1 Else out.Echo 0", "0"},
+      // Only On Error statements clear Err on their own; leaving a procedure does not.
+      {"Sub s()\nOn Error Resume Next\nErr.Raise 7\nExit Sub\nEnd Sub\ns\nout.Echo Err.Number\n"
+       "On Error Resume Next\nout.Echo Err.Number",
+       "7|0"},
       {"Sub s()\nx = 1 / 0\nEnd Sub\ns", "",
        "11 Microsoft VBScript runtime error: Division by "
        "zero @2"},
@@ -279,6 +283,10 @@ TEST(InterpreterTest, Arrays) {
        "9 Microsoft VBScript runtime error: Subscript out of range @1"},
       {"ReDim a(3) : a(1) = 1 : ReDim a(3) : out.Echo IsEmpty(a(1))", "True"},
       {"Dim a(1) : a(2) = 1", "", "9 Microsoft VBScript runtime error: Subscript out of range @1"},
+      {"Dim a(1)\nReDim a(3)", "",
+       "10 Microsoft VBScript runtime error: This array is fixed or temporarily locked @2"},
+      {"Sub s()\nDim a(1)\nReDim a(3)\nEnd Sub\ns", "",
+       "10 Microsoft VBScript runtime error: This array is fixed or temporarily locked @3"},
       {"a = Array(1, 2) : b = a : b(0) = 9 : out.Echo a(0) & b(0)", "19"},
       {"Sub fill(arr) : arr(0) = \"f\" : End Sub\nDim a(1) : fill a : out.Echo a(0)", "f"},
   });
