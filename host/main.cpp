@@ -157,7 +157,8 @@ int hostMain(int argc, char** argv) {
       });
   interpreter.addGlobalObject(u"WScript", wscript);
 
-  if (line.action == HostAction::Prompt) return runPrompt(interpreter, stdin, flushOut);
+  if (line.action == HostAction::Prompt)
+    return runPrompt(interpreter, stdin, stdout, stderr, flushOut);
   return runScript(interpreter, label, source);
 }
 

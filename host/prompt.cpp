@@ -19,10 +19,6 @@ bool readLine(std::FILE* input, std::string& line) {
   return !line.empty();
 }
 
-void writeError(const std::string& text) {
-  std::fputs(text.c_str(), stderr);
-}
-
 }  // namespace
 
 bool isExpressionInput(StringView line) {
@@ -41,12 +37,14 @@ bool isExpressionInput(StringView line) {
          target != script::ExprKind::Apply;
 }
 
-int runPrompt(script::Interpreter& interpreter, std::FILE* input, void (*flushOutput)()) {
+int runPrompt(script::Interpreter& interpreter, std::FILE* input, std::FILE* output,
+              std::FILE* errors, void (*flushOutput)()) {
+  auto writeError = [&](const std::string& text) { std::fputs(text.c_str(), errors); };
   std::string line;
   for (;;) {
     flushOutput();
-    std::fputs("> ", stderr);
-    std::fflush(stderr);
+    std::fputs("> ", errors);
+    std::fflush(errors);
     if (!readLine(input, line)) break;
     if (!line.empty() && line.back() == '\r') line.pop_back();
     String text = fromUtf8(line);
@@ -55,7 +53,7 @@ int runPrompt(script::Interpreter& interpreter, std::FILE* input, void (*flushOu
         Variant value = interpreter.evaluate(text);
         std::string shown = toUtf8(script::echoText(value));
         shown += '\n';
-        std::fputs(shown.c_str(), stdout);
+        std::fputs(shown.c_str(), output);
       } else {
         interpreter.execute(text);
       }
@@ -73,7 +71,7 @@ int runPrompt(script::Interpreter& interpreter, std::FILE* input, void (*flushOu
       writeError(runtimeErrorText(kPromptFile, script::ScriptError(error, 1, 1)));
     }
   }
-  std::fputs("\n", stderr);
+  std::fputs("\n", errors);
   return 0;
 }
 

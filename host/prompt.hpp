@@ -12,9 +12,11 @@ namespace ravelin::host {
 // there, though it also reads as a comparison).
 bool isExpressionInput(StringView line);
 
-// Reads lines from `input` until its end, running each in the interpreter's global scope and
-// reporting errors on stderr without stopping. Returns the exit code (WScript.Quit's, else 0).
-// `flushOutput` runs before each prompt so that the script's output appears first.
-int runPrompt(script::Interpreter& interpreter, std::FILE* input, void (*flushOutput)());
+// Reads lines from `input` until its end, running each in the interpreter's global scope: the
+// value of an expression goes to `output`, the prompt and errors to `errors`, and an error does
+// not end the loop. Returns the exit code (WScript.Quit's, else 0). `flushOutput` runs before
+// each prompt so that what the script wrote appears first.
+int runPrompt(script::Interpreter& interpreter, std::FILE* input, std::FILE* output,
+              std::FILE* errors, void (*flushOutput)());
 
 }  // namespace ravelin::host
