@@ -55,13 +55,7 @@ Variant Evaluator::defaultValueOf(const Variant& value) {
   }
   if (member == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
   std::vector<CallArgument> none;
-  try {
-    return callMember(*object, *member, none);
-  } catch (const ScriptError&) {
-    throw;
-  } catch (const AutomationError& error) {
-    throw MemberError(error);
-  }
+  return invokeMember(*object, *member, none);
 }
 
 Variant Evaluator::evalValue(Frame& frame, const Expr& expression) {
@@ -308,6 +302,25 @@ Variant Evaluator::callObject(Frame& frame, const ObjectRef& object, StringView 
       member = find(MemberKind::PropertyGet, MemberKind::Method);
     }
   }
+  const bool hasIndexes = args != nullptr && !args->empty() && name != u"";
+  if (hasIndexes && info != nullptr) {
+    // obj.Items(0) where Items takes no index: the indexes apply to the property's value (an
+    // array element or the default member of the object it returns).
+    const MemberInfo* getter = info->find(name, MemberKind::PropertyGet);
+    if (getter == nullptr) getter = info->find(name, MemberKind::Method);
+    const std::size_t ownParameters =
+        member != nullptr ? member->parameters.size() - (assigned != nullptr ? 1 : 0) : 0;
+    if (getter != nullptr && getter->parameters.empty() &&
+        (member == nullptr || ownParameters == 0)) {
+      std::vector<CallArgument> none;
+      const Variant value = invokeMember(*object, *getter, none);
+      if (value.isObject()) {
+        return callObject(frame, value.asObject(), u"", args, false, assigned, isSet);
+      }
+      if (value.isArray() && assigned == nullptr) return indexArray(value, frame, *args);
+      raiseScriptError(vb_error::kWrongArgumentCount);
+    }
+  }
   if (member == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
 
   std::deque<ElementWriteBack> writeBacks;
@@ -330,9 +343,15 @@ Variant Evaluator::callObject(Frame& frame, const ObjectRef& object, StringView 
   }
   if (assigned != nullptr) arguments.emplace_back(*assigned);
 
-  Variant result;
+  Variant result = invokeMember(*object, *member, arguments);
+  storeWriteBacks(writeBacks);
+  return result;
+}
+
+Variant Evaluator::invokeMember(Object& object, const MemberInfo& member,
+                                std::vector<CallArgument>& arguments) {
   try {
-    result = callMember(*object, *member, arguments);
+    return callMember(object, member, arguments);
   } catch (const ScriptError&) {
     throw;
   } catch (const MemberError&) {
@@ -347,8 +366,6 @@ Variant Evaluator::callObject(Frame& frame, const ObjectRef& object, StringView 
     }
     throw MemberError(error);
   }
-  storeWriteBacks(writeBacks);
-  return result;
 }
 
 Variant Evaluator::callBuiltin(Frame& frame, const Builtin& builtin,

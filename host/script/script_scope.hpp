@@ -175,6 +175,9 @@ class Evaluator {
   Variant callObject(Frame& frame, const ObjectRef& object, StringView name,
                      const std::vector<Argument>* args, bool preferMethod,
                      const Variant* assigned = nullptr, bool isSet = false);
+  // Calls a member, marking what it raises as the member's own error (MemberError).
+  static Variant invokeMember(Object& object, const MemberInfo& member,
+                              std::vector<CallArgument>& arguments);
   // The variable behind a by-reference argument, or null for an expression; an array element
   // is copied into `writeBacks`.
   Variant* referenceTo(Frame& frame, const Expr& expression,

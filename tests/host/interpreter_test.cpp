@@ -45,6 +45,33 @@ class Trio : public Object {
   }
 };
 
+// An object with an indexed default member and properties that return an object and an array.
+class Box : public Object {
+ public:
+  StringView className() const override { return u"Box"; }
+  const ClassInfo* memberTable() const override {
+    static const ClassInfo table =
+        ClassBuilder<Box>(u"Box", false)
+            .get(u"", [](Box& self, int32_t i) { return self.slots.at(static_cast<size_t>(i)); },
+                 {u"index"})
+            .let(u"",
+                 [](Box& self, int32_t i, Variant v) {
+                   self.slots.at(static_cast<size_t>(i)) = std::move(v);
+                 },
+                 {u"index"})
+            .get(u"Self", [](Box& self) { return self.shared_from_this(); })
+            .get(u"List",
+                 [](Box&) {
+                   SafeArray list = SafeArray::vector(VarType::Variant, 0, 1);
+                   list.elements = {Variant(int16_t{10}), Variant(int16_t{20})};
+                   return Variant(std::move(list));
+                 })
+            .build();
+    return &table;
+  }
+  std::vector<Variant> slots = std::vector<Variant>(3);
+};
+
 std::string joined(const std::vector<std::string>& lines) {
   std::string text;
   for (const std::string& line : lines) {
@@ -64,6 +91,7 @@ RunResult runScript(const std::string& source, uint64_t budget = 0) {
   auto out = std::make_shared<Output>();
   interpreter.addGlobalObject(u"out", out);
   interpreter.addGlobalObject(u"trio", std::make_shared<Trio>());
+  interpreter.addGlobalObject(u"box", std::make_shared<Box>());
   if (budget != 0) interpreter.setStepBudget(budget);
   RunResult result;
   try {
@@ -193,6 +221,11 @@ TEST(InterpreterTest, LibraryObjects) {
        "out.Echo a Is Nothing : out.Echo IsObject(b)",
        "True|False|True"},
       {"out.Echo CCEC_InvalidIndex", "-2147221504"},
+      // Default members, and indexes applied to the value of a property without parameters.
+      {"box(1) = 5 : box.Self(2) = 7 : out.Echo box(1) + box.Self(2) : out.Echo box.List(1)",
+       "12|20"},
+      {"out.Echo box.List(1, 2)", "",
+       "9 Microsoft VBScript runtime error: Subscript out of range @1"},
   });
 }
 
