@@ -118,6 +118,7 @@ Variant Evaluator::evalBinary(Frame& frame, const BinaryExpr& binary) {
       if (textLength(a) + textLength(b) > kMaxStringLength) {
         raiseScriptError(script_error::kOutOfStringSpace);
       }
+      chargeSteps((textLength(a) + textLength(b)) / kTextUnitsPerStep);
       return add(a, b);
     case BinaryOp::Subtract:
       return subtract(a, b);
@@ -126,6 +127,7 @@ Variant Evaluator::evalBinary(Frame& frame, const BinaryExpr& binary) {
       if (textLength(a) + textLength(b) + 64 > kMaxStringLength) {
         raiseScriptError(script_error::kOutOfStringSpace);
       }
+      chargeSteps((textLength(a) + textLength(b)) / kTextUnitsPerStep);
       return concatenate(a, b);
     case BinaryOp::Equal:
       return equalTo(a, b, options);
@@ -391,7 +393,10 @@ Variant Evaluator::callBuiltin(Frame& frame, const Builtin& builtin,
     }
     values.push_back(std::move(value));
   }
-  return builtin.call(values);
+  Variant result = builtin.call(values);
+  if (result.isString()) chargeSteps(result.asString().size() / kTextUnitsPerStep);
+  if (result.isArray()) chargeSteps(result.asArray().elements.size() / kElementsPerStep);
+  return result;
 }
 
 Variant Evaluator::createObject(Frame& frame, const std::vector<Argument>* args) {

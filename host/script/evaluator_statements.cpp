@@ -124,6 +124,7 @@ class StatementRunner {
       if (total > Evaluator::kMaxArrayElements) raiseScriptError(vb_error::kOutOfMemory);
       array.bounds.push_back(SafeArray::Bound{0, count});
     }
+    e_.chargeSteps(total / Evaluator::kElementsPerStep);
     array.elements.resize(total);
     return array;
   }
@@ -277,6 +278,7 @@ class StatementRunner {
                !collection.asObject()->enumerate(items)) {
       raiseScriptError(script_error::kNotACollection);
     }
+    e_.chargeSteps(items.size() / Evaluator::kElementsPerStep);
     for (Variant& item : items) {
       e_.countStep();
       counter(*s.variable) = std::move(item);

@@ -235,6 +235,12 @@ void Evaluator::countStep() {
   }
 }
 
+void Evaluator::chargeSteps(std::size_t steps) {
+  if (stepBudget_ == 0 || steps == 0) return;
+  steps_ += steps - 1;
+  countStep();
+}
+
 void Evaluator::checkStack() {
   char here = 0;
   const auto base = reinterpret_cast<std::uintptr_t>(stackBase_);

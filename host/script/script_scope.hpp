@@ -191,6 +191,12 @@ class Evaluator {
 
  public:
   void countStep();
+  // Charges work that grows with the size of its data (building a long text or a large array)
+  // as that many steps, so a budget also bounds the time such work takes.
+  void chargeSteps(std::size_t steps);
+  // The steps charged per array element and per unit of text built.
+  static constexpr std::size_t kElementsPerStep = 64;
+  static constexpr std::size_t kTextUnitsPerStep = 1024;
   bool optionExplicit = false;
   // ReDim's total element cap and the longest text concatenation builds, so a runaway script
   // raises an error instead of exhausting memory.

@@ -338,6 +338,12 @@ TEST(InterpreterTest, RunawayScriptsEndInErrors) {
   const RunResult endless = runScript("On Error Resume Next\nDo\nx = x + 1\nLoop", 1000);
   EXPECT_EQ(endless.error.substr(0, std::to_string(kStepBudgetExceeded).size()),
             std::to_string(kStepBudgetExceeded));
+  // Large arrays and long texts cost steps in proportion to their size.
+  const std::string budgetError = std::to_string(kStepBudgetExceeded) + " ";
+  EXPECT_EQ(runScript("ReDim a(1000000)", 1000).error.substr(0, budgetError.size()), budgetError);
+  const std::string doubling = "s = \"ab\" : For i = 1 To 40 : s = s & s : Next";
+  EXPECT_EQ(runScript(doubling, 1000).error.substr(0, budgetError.size()), budgetError);
+  EXPECT_EQ(runScript(doubling).error.substr(0, 3), "14 ");
   const RunResult bounded = runScript("For i = 1 To 100 : Next : out.Echo i", 1000);
   EXPECT_EQ(bounded.output, "101");
   EXPECT_EQ(bounded.error, "");
