@@ -3,6 +3,7 @@
 #include <ravelin/frame/class_registry.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/operators.hpp>
+#include <ravelin/host/script/parser.hpp>
 #include <ravelin/host/script/script_scope.hpp>
 
 namespace ravelin::script::detail {
@@ -202,6 +203,10 @@ Variant Evaluator::evalName(Frame& frame, const NameExpr& name, const std::vecto
       return Variant(ObjectRef(err));
     case Binding::Kind::CreateObject:
       return createObject(frame, args);
+    case Binding::Kind::Eval:
+      return evalText(frame, args, false);
+    case Binding::Kind::Execute:
+      return evalText(frame, args, true);
     case Binding::Kind::Global:
     case Binding::Kind::Unknown:
       break;
@@ -405,6 +410,41 @@ Variant Evaluator::createObject(Frame& frame, const std::vector<Argument>* args)
   }
   const String progId = CStr(evalValue(frame, *(*args)[0].value));
   return Variant(ClassRegistry::library().create(progId));
+}
+
+Variant Evaluator::evalText(Frame& frame, const std::vector<Argument>* args, bool statements) {
+  if (args == nullptr || args->size() != 1 || (*args)[0].isOmitted()) {
+    raiseScriptError(vb_error::kWrongArgumentCount);
+  }
+  const String text = CStr(evalValue(frame, *(*args)[0].value));
+  const SourcePos caller = position;
+  try {
+    Variant result;
+    if (statements) {
+      Unit& added = addUnit(parseScript(StringView(text)));
+      hoistDeclarations(added, added.program.body);
+      Frame global;
+      global.unit = &added;
+      execBlock(global, added.program.body);
+    } else {
+      Unit unit;
+      ExprPtr tree = parseExpression(text, unit.program.names);
+      unit.bindings.resize(unit.program.names.size());
+      Frame global;
+      global.unit = &unit;
+      result = eval(global, *tree);
+    }
+    position = caller;
+    return result;
+  } catch (const ScriptError&) {
+    throw;
+  } catch (const SyntaxError& error) {
+    position = caller;
+    throw AutomationError(error.number(), String(kCompilationErrorSource), error.description());
+  } catch (const AutomationError&) {
+    position = caller;
+    throw;
+  }
 }
 
 Variant Evaluator::callScript(Frame& caller, const ProcedureRef& procedure,

@@ -99,6 +99,10 @@ Binding& Evaluator::bindingOf(Unit& unit, NameId id, StringView spelling) {
     binding.kind = Binding::Kind::ErrObject;
   } else if (upper == u"CREATEOBJECT") {
     binding.kind = Binding::Kind::CreateObject;
+  } else if (upper == u"EVAL") {
+    binding.kind = Binding::Kind::Eval;
+  } else if (upper == u"EXECUTE" || upper == u"EXECUTEGLOBAL") {
+    binding.kind = Binding::Kind::Execute;
   } else if (const Builtin* builtin = findBuiltin(spelling)) {
     binding.kind = Binding::Kind::Builtin;
     binding.builtin = builtin;

@@ -68,7 +68,9 @@ struct Binding {
     Builtin,
     Constant,
     ErrObject,
-    CreateObject
+    CreateObject,
+    Eval,
+    Execute
   };
   Kind kind = Kind::Unknown;
   uint32_t global = 0;
@@ -167,6 +169,8 @@ class Evaluator {
   std::vector<int32_t> subscriptsOf(Frame& frame, const std::vector<Argument>& args);
   Variant callBuiltin(Frame& frame, const Builtin& builtin, const std::vector<Argument>* args);
   Variant createObject(Frame& frame, const std::vector<Argument>* args);
+  // Eval(expression) and Execute / ExecuteGlobal(statements), both in the global scope.
+  Variant evalText(Frame& frame, const std::vector<Argument>* args, bool statements);
 
   // ---- calls ----
   Variant callScript(Frame& caller, const ProcedureRef& procedure,

@@ -349,6 +349,17 @@ TEST(InterpreterTest, RunawayScriptsEndInErrors) {
   EXPECT_EQ(bounded.error, "");
 }
 
+TEST(InterpreterTest, EvalAndExecute) {
+  expectRuns({
+      {"x = 4 : out.Echo Eval(\"x * 2 + 1\")", "9"},
+      {"Execute \"y = 5 : Sub hi : out.Echo y : End Sub\" : hi", "5"},
+      {"On Error Resume Next\nEval \"1 +\"\nout.Echo Err.Number & \" \" & Err.Source",
+       "1023 Microsoft VBScript compilation error"},
+      {"x = 1\nExecute \"x = 1 / 0\"", "",
+       "11 Microsoft VBScript runtime error: Division by zero @2"},
+  });
+}
+
 TEST(InterpreterTest, PromptAndEvents) {
   Interpreter interpreter;
   auto out = std::make_shared<Output>();
