@@ -197,9 +197,23 @@ class StatementRunner {
     return Flow::Normal;
   }
 
+  // Under On Error Resume Next a condition that raises an error counts as true: the runtime
+  // resumes with the next statement, the first of the branch's body.
+  bool branchTaken(const Expr& expression) {
+    if (!frame_.resumeNext) return condition(expression);
+    try {
+      return condition(expression);
+    } catch (const ScriptError&) {
+      throw;
+    } catch (const AutomationError& error) {
+      e_.err->set(asScriptError(error));
+      return true;
+    }
+  }
+
   Flow ifStatement(const IfStmt& s) {
     for (const IfBranch& branch : s.branches) {
-      if (condition(*branch.condition)) return e_.execBlock(frame_, branch.body);
+      if (branchTaken(*branch.condition)) return e_.execBlock(frame_, branch.body);
     }
     return e_.execBlock(frame_, s.elseBody);
   }

@@ -246,7 +246,10 @@ TEST(InterpreterTest, ErrorTrappingAndErr) {
       {"Sub careful()\nOn Error Resume Next\nx = 1 / 0\nout.Echo \"in \" & Err.Number\n"
        "End Sub\ncareful\nout.Echo \"after\"",
        "in 11|after"},
-      {"On Error Resume Next\nIf 1 / 0 Then out.Echo \"then\"\nout.Echo \"next\"", "next"},
+      // An error in an If condition resumes inside the branch, as the runtime does.
+      {"On Error Resume Next\nIf 1 / 0 Then\nout.Echo \"then\"\nElse\nout.Echo \"else\"\n"
+       "End If\nout.Echo Err.Number",
+       "then|11"},
       {"If Err Then out.Echo 1 Else out.Echo 0", "0"},
       // Only On Error statements clear Err on their own; leaving a procedure does not.
       {"Sub s()\nOn Error Resume Next\nErr.Raise 7\nExit Sub\nEnd Sub\ns\nout.Echo Err.Number\n"
