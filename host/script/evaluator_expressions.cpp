@@ -417,6 +417,7 @@ Variant Evaluator::evalText(Frame& frame, const std::vector<Argument>* args, boo
     raiseScriptError(vb_error::kWrongArgumentCount);
   }
   const String text = CStr(evalValue(frame, *(*args)[0].value));
+  checkStack();
   const SourcePos caller = position;
   try {
     Variant result;
