@@ -1,5 +1,6 @@
-#include <shellapi.h>
 #include <windows.h>
+// shellapi.h needs windows.h first.
+#include <shellapi.h>
 
 #include <ravelin/frame/text.hpp>
 #include <ravelin/platform/terminal.hpp>
