@@ -55,6 +55,10 @@ Variant Evaluator::defaultValueOf(const Variant& value) {
     if (member == nullptr) member = info->find(u"", MemberKind::Method);
   }
   if (member == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
+  for (const ParameterInfo& parameter : member->parameters) {
+    // A default member that needs an index has no value of its own.
+    if (!parameter.optional) raiseScriptError(vb_error::kWrongArgumentCount);
+  }
   std::vector<CallArgument> none;
   return invokeMember(*object, *member, none);
 }

@@ -224,6 +224,9 @@ TEST(InterpreterTest, LibraryObjects) {
       // Default members, and indexes applied to the value of a property without parameters.
       {"box(1) = 5 : box.Self(2) = 7 : out.Echo box(1) + box.Self(2) : out.Echo box.List(1)",
        "12|20"},
+      {"x = box", "",
+       "450 Microsoft VBScript runtime error: Wrong number of arguments or invalid property "
+       "assignment @1"},
       {"out.Echo box.List(1, 2)", "",
        "9 Microsoft VBScript runtime error: Subscript out of range @1"},
   });
