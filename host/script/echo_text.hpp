@@ -8,7 +8,8 @@
 namespace ravelin::script {
 
 // One argument as the script host shows it: as CStr would, except that a Boolean shows as -1 or
-// 0, Null as "null", Empty as nothing and an object as its class name. An array raises 13.
+// 0, Null as "null" and Empty as nothing; an object shows its default property when it has one
+// without arguments (Err shows its number), else its class name. An array raises 13.
 String echoText(const Variant& value);
 
 // The whole line in UTF-8: the arguments joined by one blank, then a line feed.

@@ -4,6 +4,7 @@
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/host/script/echo_text.hpp>
+#include <ravelin/host/script/err_object.hpp>
 #include <vector>
 
 namespace ravelin::script {
@@ -11,6 +12,9 @@ namespace {
 
 TEST(EchoText, ShowsEachTypeAsTheScriptHostDoes) {
   ScopedLocale english(u"en-US");
+  // Err shows its default property, Number.
+  auto err = std::make_shared<ErrObject>();
+  err->number = 11;
   struct Row {
     Variant value;
     const char* expected;
@@ -27,6 +31,7 @@ TEST(EchoText, ShowsEachTypeAsTheScriptHostDoes) {
       {Variant(String(u"caf\u00e9")), "caf\xc3\xa9"},
       {Variant(ObjectRef(std::make_shared<clsError>())), "clsError"},
       {Variant::nothing(), "Nothing"},
+      {Variant(ObjectRef(err)), "11"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.expected);

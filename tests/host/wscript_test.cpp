@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/cls_error.hpp>
+#include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/host/script/interpreter.hpp>
@@ -20,8 +21,9 @@ class Ticker : public Object, public EventSource {
   StringView className() const override { return u"Ticker"; }
   void tick(int32_t value) {
     Variant arguments[] = {Variant(value)};
-    raiseEvent(u"Tick", arguments);
+    raise(arguments);
   }
+  void raise(std::span<Variant> arguments) { raiseEvent(u"Tick", arguments); }
 };
 
 struct Harness {
@@ -174,6 +176,56 @@ TEST(WScript, SleepTimedEventsAndBadArguments) {
               host.call(u"ConnectObject", {Variant::nothing(), Variant(String(u"x_"))});
             }),
             vb_error::kObjectRequired);
+}
+
+}  // namespace
+}  // namespace ravelin::script
+
+namespace ravelin::script {
+namespace {
+
+// The whole path: a script connects an object's events, sleeps while another thread posts
+// ticks, and its Sub receives them (by reference) through the interpreter.
+TEST(WScript, ScriptProceduresReceiveEventsDuringSleep) {
+  SimulatedWaitClock clock;
+  auto queue = std::make_shared<EventQueue>(clock);
+  std::string output;
+  Interpreter interpreter;
+  auto wscript = std::make_shared<WScript>(
+      ScriptIdentity{u"-e", u"-e", {}, u""}, [&](std::string_view text) { output += text; },
+      [&](StringView name, std::span<Variant> arguments) {
+        return interpreter.callProcedure(name, arguments);
+      },
+      queue);
+  interpreter.addGlobalObject(u"WScript", wscript);
+  auto ticker = std::make_shared<Ticker>();
+  interpreter.addGlobalObject(u"ticker", ticker);
+
+  std::vector<int32_t> returned;
+  clock.expectPosts(2);
+  std::thread timer([&] {
+    for (int32_t i = 1; i <= 2; ++i) {
+      queue->post([&, i] {
+        Variant arguments[] = {Variant(i)};
+        ticker->raise(arguments);
+        returned.push_back(CLng(arguments[0]));
+        clock.expectPosts(-1);
+      });
+    }
+  });
+  interpreter.run(
+      u"Sub T_Tick(n)\n"
+      u"  WScript.Echo \"tick\", n\n"
+      u"  n = n * 10\n"
+      u"End Sub\n"
+      u"WScript.ConnectObject ticker, \"T_\"\n"
+      u"WScript.Sleep 1000\n"
+      u"WScript.DisconnectObject ticker\n"
+      u"WScript.Echo \"done\"\n");
+  timer.join();
+  EXPECT_EQ(output, "tick 1\ntick 2\ndone\n");
+  EXPECT_EQ(returned, (std::vector<int32_t>{10, 20}));
+  EXPECT_EQ(ticker->sinkCount(), 0u);
 }
 
 }  // namespace
