@@ -197,9 +197,14 @@ TEST(InterpreterTest, LibraryObjects) {
       {"Set a = CreateObject(\"clsArrayString\") : a.add \"x\" : a.add \"y\"\n"
        "out.Echo a.getItemsAsList(vsDelimiterChar:=\"+\")",
        "+x+,+y+"},
-      {"Set a = CreateObject(\"clsArrayBoolean\")\np = False : r = True\n"
+      // By-reference Boolean flags come back converted: into variables and array elements,
+      // but not through parentheses.
+      {"Set a = CreateObject(\"clsArrayBoolean\")\np = 0 : r = 1\n"
        "a.allocateSpacePublic 4, p, r : out.Echo TypeName(p) & \" \" & r",
        "Boolean True"},
+      {"Set a = CreateObject(\"clsArrayBoolean\")\nDim f(1) : f(1) = 1 : q = 1\n"
+       "a.allocateSpacePublic 4, (q), f(1) : out.Echo TypeName(q) & \" \" & TypeName(f(1))",
+       "Integer Boolean"},
       {"Set a = CreateObject(\"clsArrayBoolean\")\na.allocateSpacePublic 4, , \n"
        "a.allocateSpacePublic viSize:=2, vbResetCountVariable:=True : out.Echo a.getCount",
        "0"},
@@ -271,6 +276,8 @@ TEST(InterpreterTest, ControlFlow) {
       {"For i = 1 To 2 Step 0.5 : s = s & i & \",\" : Next : out.Echo s & TypeName(i)",
        "1,1.5,2,Double"},
       {"n = 3 : For i = 1 To n : n = 1 : c = c + 1 : Next : out.Echo c", "3"},
+      {"For i = 1 To 40000 Step 20000 : Next : out.Echo TypeName(i) & i", "Long40001"},
+      {"For i = 1 To 3\nDo\nExit For\nLoop\nNext\nout.Echo i", "1"},
       {"For i = 1 To 10 : If i = 4 Then Exit For\nNext : out.Echo i", "4"},
       {"i = 0 : Do While i < 3 : i = i + 1 : Loop : out.Echo i", "3"},
       {"i = 0 : Do : i = i + 1 : Loop Until i >= 5 : out.Echo i", "5"},
