@@ -2,8 +2,7 @@
 // input, or an interactive prompt, with the library's classes and the WScript object.
 #include <cstdio>
 #include <filesystem>
-#include <iostream>
-#include <iterator>
+#include <new>
 #include <ravelin/frame/class_registry.hpp>
 #include <ravelin/host/class_listing.hpp>
 #include <ravelin/host/command_line.hpp>
@@ -69,6 +68,9 @@ int runScript(script::Interpreter& interpreter, std::string_view fileLabel, cons
   } catch (const AutomationError& error) {
     // An error raised outside any statement (an event delivered after the end, say).
     writeErr(runtimeErrorText(fileLabel, script::ScriptError(error, 0, 0)));
+    return kExitRuntimeError;
+  } catch (const std::bad_alloc&) {
+    writeErr(std::string(fileLabel) + ": error 7: Out of memory\n");
     return kExitRuntimeError;
   }
 }
