@@ -15,20 +15,6 @@ const ClassInfo* classInfoOf(const Object& object) {
   return ClassRegistry::library().classOf(object);
 }
 
-// A literal written in the script (also with a sign) keeps its type in comparisons.
-OperandKind operandKindOf(const Expr& e) {
-  if (e.parenthesized) return OperandKind::Variant;
-  if (e.kind == ExprKind::Literal) return OperandKind::Literal;
-  if (e.kind == ExprKind::Unary) {
-    const auto& unary = static_cast<const UnaryExpr&>(e);
-    if (unary.op != UnaryOp::Not && unary.operand->kind == ExprKind::Literal &&
-        !unary.operand->parenthesized) {
-      return OperandKind::Literal;
-    }
-  }
-  return OperandKind::Variant;
-}
-
 std::size_t textLength(const Variant& v) {
   return v.isString() ? v.asString().size() : 0;
 }

@@ -12,11 +12,6 @@ bool isTrue(const Variant& v) {
   return v.type() == VarType::Boolean && v.asBoolean();
 }
 
-OperandKind operandKindOf(const Expr& e) {
-  return e.kind == ExprKind::Literal && !e.parenthesized ? OperandKind::Literal
-                                                         : OperandKind::Variant;
-}
-
 Variant compareBy(BinaryOp op, const Variant& a, const Variant& b, const CompareOptions& options) {
   switch (op) {
     case BinaryOp::NotEqual:

@@ -8,6 +8,7 @@
 #include <optional>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/frame/operators.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <ravelin/host/script/ast.hpp>
 #include <ravelin/host/script/builtins.hpp>
@@ -225,6 +226,21 @@ class Evaluator {
   // Nested entries (an event delivered while the script runs) keep the outer entry's counters.
   int entries = 0;
 };
+
+// How an operand takes part in a comparison: a literal written in the script (also with a
+// sign, -1) keeps its type; anything else is a Variant.
+inline OperandKind operandKindOf(const Expr& e) {
+  if (e.parenthesized) return OperandKind::Variant;
+  if (e.kind == ExprKind::Literal) return OperandKind::Literal;
+  if (e.kind == ExprKind::Unary) {
+    const auto& unary = static_cast<const UnaryExpr&>(e);
+    if (unary.op != UnaryOp::Not && unary.operand->kind == ExprKind::Literal &&
+        !unary.operand->parenthesized) {
+      return OperandKind::Literal;
+    }
+  }
+  return OperandKind::Variant;
+}
 
 // The value of a predefined constant (vbCrLf, vbObjectError...) by name, any case.
 std::optional<Variant> predefinedConstant(StringView name);

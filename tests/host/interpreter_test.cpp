@@ -151,6 +151,9 @@ TEST(InterpreterTest, ComparisonsTellLiteralsFromVariables) {
       {"n = 10 : out.Echo n = \"10\" : out.Echo n < \"9\"", "True|True"},
       {"out.Echo \"abc\" < \"abd\" : out.Echo \"a\" = \"A\"", "True|False"},
       {"out.Echo Empty = 0 : out.Echo Empty = \"\"", "True|True"},
+      // A signed literal is a literal too; a parenthesised one is not.
+      {"s = \"-1\" : out.Echo s = -1 : out.Echo s = (-1)", "True|False"},
+      {"Select Case \"-1\"\nCase -1\nout.Echo \"matched\"\nEnd Select", "matched"},
   });
 }
 
