@@ -125,7 +125,7 @@ class StatementRunner {
   }
 
   Variant* declared(const DimVariable& v) {
-    return e_.variableOf(frame_, v.localSlot, v.id, v.name, true);
+    return e_.variableOf(frame_, v.localSlot, v.id, v.name, true, true);
   }
 
   // Whether a variable is a fixed-size array (Dim a(3)), which ReDim may not resize; with

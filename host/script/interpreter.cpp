@@ -134,7 +134,7 @@ Variant* Evaluator::variableOf(Frame& frame, const NameExpr& name, bool create) 
 }
 
 Variant* Evaluator::variableOf(Frame& frame, int32_t localSlot, NameId id, StringView spelling,
-                               bool create) {
+                               bool create, bool declares) {
   if (localSlot != kNoSlot && frame.procedure != nullptr) return slotOf(frame, localSlot);
   if (frame.procedure != nullptr && !frame.implicitLocals.empty()) {
     if (auto it = frame.implicitLocals.find(id); it != frame.implicitLocals.end()) {
@@ -144,7 +144,7 @@ Variant* Evaluator::variableOf(Frame& frame, int32_t localSlot, NameId id, Strin
   Binding& binding = bindingOf(*frame.unit, id, spelling);
   if (binding.kind == Binding::Kind::Global) return &globals[binding.global].value;
   if (binding.kind != Binding::Kind::Unknown || !create) return nullptr;
-  if (optionExplicit) raiseScriptError(script_error::kVariableUndefined);
+  if (optionExplicit && !declares) raiseScriptError(script_error::kVariableUndefined);
   if (frame.procedure != nullptr) return &frame.implicitLocals[id];
   binding.kind = Binding::Kind::Global;
   binding.global = declareGlobal(toUpper(spelling));

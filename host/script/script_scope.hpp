@@ -153,7 +153,9 @@ class Evaluator {
   // The variable a name refers to; with `create`, an undeclared name becomes a variable (500
   // under Option Explicit). Null for a name that is no variable.
   Variant* variableOf(Frame& frame, const NameExpr& name, bool create);
-  Variant* variableOf(Frame& frame, int32_t localSlot, NameId id, StringView spelling, bool create);
+  // `declares`: the name is being declared (Dim, ReDim), which Option Explicit allows.
+  Variant* variableOf(Frame& frame, int32_t localSlot, NameId id, StringView spelling, bool create,
+                      bool declares = false);
   Variant* slotOf(Frame& frame, int32_t slot);
   bool isConstantName(Frame& frame, const NameExpr& name);
   void hoistDeclarations(Unit& unit, const Block& block);

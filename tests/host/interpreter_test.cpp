@@ -177,6 +177,7 @@ TEST(InterpreterTest, ProceduresAndByReference) {
       {"Function f() : y = 5 : f = y : End Function\nout.Echo f() & \"[\" & y & \"]\"", "5[]"},
       {"Option Explicit\nDim a : a = 1 : b = 2", "",
        "500 Microsoft VBScript runtime error: Variable is undefined @2"},
+      {"Option Explicit\nReDim r(2) : r(2) = 4 : out.Echo r(2)", "4"},
       {"Const c = 5 : c = 6", "", "501 Microsoft VBScript runtime error: Illegal assignment @1"},
       {"out.Echo vbObjectError & \" \" & Len(vbCrLf) & \" \" & vbLong", "-2147221504 2 3"},
       {"Dim vbCr : vbCr = 7 : out.Echo vbCr", "7"},
