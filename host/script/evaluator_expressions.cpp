@@ -267,15 +267,25 @@ Variant* Evaluator::referenceTo(Frame& frame, const Expr& expression,
   return nullptr;
 }
 
+SafeArray& Evaluator::writableArray(Variant& variable) {
+  const SafeArray* before = &variable.asArray();
+  SafeArray& array = variable.mutableArray();
+  // Writing into an array that another variable shares copies it first.
+  if (&array != before) chargeSteps(array.elements.size() / kElementsPerStep);
+  return array;
+}
+
 void Evaluator::storeWriteBacks(std::deque<ElementWriteBack>& writeBacks) {
   for (ElementWriteBack& back : writeBacks) {
     if (!back.array->isArray()) continue;
+    std::size_t offset = 0;
     try {
-      const std::size_t offset = back.array->asArray().offsetOf(back.subscripts);
-      back.array->mutableArray().elements[offset] = std::move(back.value);
+      offset = back.array->asArray().offsetOf(back.subscripts);
     } catch (const AutomationError&) {
       // The array lost the element during the call (ReDim): nothing to write back to.
+      continue;
     }
+    writableArray(*back.array).elements[offset] = std::move(back.value);
   }
 }
 
@@ -513,7 +523,7 @@ void Evaluator::assign(Frame& frame, const Expr& target, Variant value, bool isS
             raiseScriptError(vb_error::kTypeMismatch);
           }
           const std::size_t offset = variable->asArray().offsetOf(subscripts);
-          variable->mutableArray().elements[offset] = std::move(value);
+          writableArray(*variable).elements[offset] = std::move(value);
           return;
         }
         if (variable == nullptr && optionExplicit &&

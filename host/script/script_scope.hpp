@@ -189,7 +189,9 @@ class Evaluator {
   // is copied into `writeBacks`.
   Variant* referenceTo(Frame& frame, const Expr& expression,
                        std::deque<ElementWriteBack>& writeBacks);
-  static void storeWriteBacks(std::deque<ElementWriteBack>& writeBacks);
+  void storeWriteBacks(std::deque<ElementWriteBack>& writeBacks);
+  // The array a variable holds, ready for writing (copied when shared, which costs steps).
+  SafeArray& writableArray(Variant& variable);
 
   // ---- assignment ----
   void assign(Frame& frame, const Expr& target, Variant value, bool isSet);

@@ -361,6 +361,9 @@ TEST(InterpreterTest, RunawayScriptsEndInErrors) {
   const std::string doubling = "s = \"ab\" : For i = 1 To 40 : s = s & s : Next";
   EXPECT_EQ(runScript(doubling, 1000).error.substr(0, budgetError.size()), budgetError);
   EXPECT_EQ(runScript(doubling).error.substr(0, 3), "14 ");
+  const std::string copying = "ReDim a(30000) : For i = 1 To 100 : b = a : b(0) = i : Next";
+  EXPECT_EQ(runScript(copying, 1000).error.substr(0, budgetError.size()), budgetError);
+  EXPECT_EQ(runScript(copying, 100000).error, "");
   const RunResult bounded = runScript("For i = 1 To 100 : Next : out.Echo i", 1000);
   EXPECT_EQ(bounded.output, "101");
   EXPECT_EQ(bounded.error, "");
