@@ -154,9 +154,11 @@ int hostMain(int argc, char** argv) {
 
   script::Interpreter interpreter;
   auto wscript = std::make_shared<script::WScript>(
-      std::move(identity), writeOut, [&interpreter](StringView name, std::span<Variant> values) {
+      std::move(identity), writeOut,
+      [&interpreter](StringView name, std::span<Variant> values) {
         return interpreter.callProcedure(name, values);
-      });
+      },
+      EventQueue::current(), [](std::string_view text) { writeErr(std::string(text)); });
   interpreter.addGlobalObject(u"WScript", wscript);
 
   if (line.action == HostAction::Prompt)

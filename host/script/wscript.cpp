@@ -23,6 +23,14 @@ ClassInfo buildArgumentsTable() {
       .build();
 }
 
+ClassInfo buildTextStreamTable() {
+  return ClassBuilder<WshTextStream>(u"TextStream", false)
+      .method(u"Write", &WshTextStream::Write, {u"text"})
+      .method(u"WriteLine", &WshTextStream::WriteLine, {optional(u"text", Variant(String()))})
+      .method(u"WriteBlankLines", &WshTextStream::WriteBlankLines, {u"lines"})
+      .build();
+}
+
 MemberInfo echoMember() {
   MemberInfo member;
   member.name = u"Echo";
@@ -62,6 +70,8 @@ ClassInfo buildWScriptTable() {
           .get(u"ScriptName", &WScript::ScriptName)
           .get(u"ScriptFullName", &WScript::ScriptFullName)
           .get(u"Version", &WScript::Version)
+          .get(u"StdOut", &WScript::StdOut)
+          .get(u"StdErr", &WScript::StdErr)
           .method(u"Sleep", &WScript::Sleep, {u"time"})
           .method(u"ConnectObject",
                   [](WScript& self, std::shared_ptr<Object> source, String prefix) {
@@ -112,6 +122,24 @@ const String& WshArguments::Item(int32_t index) const {
   return arguments_[static_cast<std::size_t>(index)];
 }
 
+const ClassInfo* WshTextStream::memberTable() const {
+  static const ClassInfo table = buildTextStreamTable();
+  return &table;
+}
+
+void WshTextStream::Write(StringView text) {
+  if (writer_) writer_(toUtf8(text));
+}
+
+void WshTextStream::WriteLine(StringView text) {
+  if (writer_) writer_(toUtf8(text) + '\n');
+}
+
+void WshTextStream::WriteBlankLines(int32_t count) {
+  if (count < 0) raiseRuntimeError(vb_error::kInvalidProcedureCall);
+  if (writer_) writer_(std::string(static_cast<std::size_t>(count), '\n'));
+}
+
 // The sink lives as long as the connection; the source only holds it weakly.
 struct WScript::Connection {
   ObjectRef source;
@@ -120,12 +148,14 @@ struct WScript::Connection {
 };
 
 WScript::WScript(ScriptIdentity identity, OutputWriter output, ProcedureCaller callProcedure,
-                 std::shared_ptr<EventQueue> events)
+                 std::shared_ptr<EventQueue> events, OutputWriter errorOutput)
     : identity_(std::move(identity)),
       output_(std::move(output)),
       callProcedure_(std::move(callProcedure)),
       events_(std::move(events)),
-      arguments_(std::make_shared<WshArguments>(identity_.arguments)) {}
+      arguments_(std::make_shared<WshArguments>(identity_.arguments)),
+      stdOut_(std::make_shared<WshTextStream>(output_)),
+      stdErr_(std::make_shared<WshTextStream>(std::move(errorOutput))) {}
 
 WScript::~WScript() {
   for (Connection& connection : connections_) {

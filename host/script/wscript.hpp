@@ -34,6 +34,25 @@ class WshArguments : public Object {
   std::vector<String> arguments_;
 };
 
+// WScript.StdOut and WScript.StdErr: text written as it is (Write) or as a line (WriteLine).
+class WshTextStream : public Object {
+ public:
+  using Writer = std::function<void(std::string_view text)>;
+
+  WshTextStream() = default;
+  explicit WshTextStream(Writer writer) : writer_(std::move(writer)) {}
+
+  StringView className() const override { return u"TextStream"; }
+  const ClassInfo* memberTable() const override;
+
+  void Write(StringView text);
+  void WriteLine(StringView text);
+  void WriteBlankLines(int32_t count);
+
+ private:
+  Writer writer_;
+};
+
 // What the host tells WScript about the running script.
 struct ScriptIdentity {
   // The path as given ("scripts/run.vbs"), or "-e" / "<stdin>" when there is no file.
@@ -51,8 +70,10 @@ class WScript : public Object {
   // Calls the script's procedure of that name; false when the script has none.
   using ProcedureCaller = std::function<bool(StringView name, std::span<Variant> arguments)>;
 
+  // `errorOutput` receives what the script writes to WScript.StdErr.
   WScript(ScriptIdentity identity, OutputWriter output, ProcedureCaller callProcedure,
-          std::shared_ptr<EventQueue> events = EventQueue::current());
+          std::shared_ptr<EventQueue> events = EventQueue::current(),
+          OutputWriter errorOutput = nullptr);
   // A WScript with no script, whose output goes nowhere (the member table's builder needs one).
   WScript() : WScript({}, nullptr, nullptr) {}
   ~WScript() override;
@@ -69,6 +90,8 @@ class WScript : public Object {
   String ScriptName() const;
   String ScriptFullName() const { return identity_.fullPath; }
   String Version() const { return identity_.hostVersion; }
+  ObjectRef StdOut() const { return stdOut_; }
+  ObjectRef StdErr() const { return stdErr_; }
   // Waits that many milliseconds, delivering the thread's pending events meanwhile; 5 when
   // negative.
   void Sleep(int32_t milliseconds);
@@ -86,6 +109,8 @@ class WScript : public Object {
   ProcedureCaller callProcedure_;
   std::shared_ptr<EventQueue> events_;
   std::shared_ptr<WshArguments> arguments_;
+  std::shared_ptr<WshTextStream> stdOut_;
+  std::shared_ptr<WshTextStream> stdErr_;
   std::vector<Connection> connections_;
 };
 
