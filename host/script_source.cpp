@@ -23,12 +23,18 @@ String decodeScriptSource(std::string_view bytes) {
 
 std::optional<std::string> readFileBytes(const std::string& path) {
   // The path is UTF-8; the path type converts it for the system (UTF-16 on Windows).
-  std::u8string utf8Path(path.begin(), path.end());
-  std::ifstream file(std::filesystem::path(utf8Path), std::ios::binary);
-  if (!file) return std::nullopt;
-  std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  if (file.bad()) return std::nullopt;
-  return bytes;
+  std::filesystem::path filePath(std::u8string(path.begin(), path.end()));
+  std::error_code failed;
+  if (std::filesystem::is_directory(filePath, failed)) return std::nullopt;
+  try {
+    std::ifstream file(filePath, std::ios::binary);
+    if (!file) return std::nullopt;
+    std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    if (file.bad()) return std::nullopt;
+    return bytes;
+  } catch (const std::ios_base::failure&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace ravelin::host

@@ -12,7 +12,7 @@ namespace ravelin::host {
 // (malformed sequences read as U+FFFD). The byte-order mark is dropped.
 String decodeScriptSource(std::string_view bytes);
 
-// The bytes of a file; nothing when it cannot be read.
+// The bytes of a file (or a pipe); nothing when it is missing, a folder or cannot be read.
 std::optional<std::string> readFileBytes(const std::string& path);
 
 }  // namespace ravelin::host

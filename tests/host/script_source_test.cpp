@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <ravelin/host/script_source.hpp>
 #include <string>
 
@@ -33,6 +35,20 @@ TEST(ScriptSource, DecodesUtf8AndUtf16WithOrWithoutByteOrderMark) {
     SCOPED_TRACE(row.bytes);
     EXPECT_EQ(decodeScriptSource(row.bytes), row.expected);
   }
+}
+
+TEST(ScriptSource, ReadsFilesButNotFoldersOrMissingPaths) {
+  namespace fs = std::filesystem;
+  const fs::path folder = fs::temp_directory_path();
+  const fs::path file = folder / "ravelin_script_source_test.vbs";
+  {
+    std::ofstream out(file, std::ios::binary);
+    out << std::string("a\0\xFF\r\n", 5);
+  }
+  EXPECT_EQ(readFileBytes(file.string()), std::string("a\0\xFF\r\n", 5));
+  fs::remove(file);
+  EXPECT_EQ(readFileBytes(file.string()), std::nullopt);
+  EXPECT_EQ(readFileBytes(folder.string()), std::nullopt);
 }
 
 }  // namespace
