@@ -1,6 +1,7 @@
 // The interpreter's entry points, name binding and error text.
 #include <cstdint>
 #include <new>
+#include <stdexcept>
 #include <ravelin/frame/class_registry.hpp>
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/parser.hpp>
@@ -337,6 +338,9 @@ auto enter(detail::Evaluator& evaluator, Work work) {
   } catch (const AutomationError& error) {
     throw evaluator.toScriptError(error);
   } catch (const std::bad_alloc&) {
+    throw evaluator.toScriptError(AutomationError(
+        vb_error::kOutOfMemory, String(detail::kScriptRuntimeSource), u"Out of memory"));
+  } catch (const std::length_error&) {
     throw evaluator.toScriptError(AutomationError(
         vb_error::kOutOfMemory, String(detail::kScriptRuntimeSource), u"Out of memory"));
   }
