@@ -171,6 +171,9 @@ class Evaluator {
   Variant indexArray(const Variant& array, Frame& frame, const std::vector<Argument>& args);
   std::vector<int32_t> subscriptsOf(Frame& frame, const std::vector<Argument>& args);
   Variant callBuiltin(Frame& frame, const Builtin& builtin, const std::vector<Argument>* args);
+  // Refuses a call of a text-building function whose result would pass the text limit (14),
+  // before it allocates, and charges its size as steps.
+  void checkBuiltinSize(const Builtin& builtin, std::span<const Variant> values);
   Variant createObject(Frame& frame, const std::vector<Argument>* args);
   // Eval(expression) and Execute / ExecuteGlobal(statements), both in the global scope.
   Variant evalText(Frame& frame, const std::vector<Argument>* args, bool statements);

@@ -361,6 +361,11 @@ TEST(InterpreterTest, RunawayScriptsEndInErrors) {
   const std::string doubling = "s = \"ab\" : For i = 1 To 40 : s = s & s : Next";
   EXPECT_EQ(runScript(doubling, 1000).error.substr(0, budgetError.size()), budgetError);
   EXPECT_EQ(runScript(doubling).error.substr(0, 3), "14 ");
+  for (const char* script : {"x = Space(1E9)", "x = String(2E9, \"a\")",
+                             "x = Replace(Space(100000), \" \", Space(1000))"}) {
+    SCOPED_TRACE(script);
+    EXPECT_EQ(runScript(script).error.substr(0, 3), "14 ");
+  }
   const std::string copying = "ReDim a(30000) : For i = 1 To 100 : b = a : b(0) = i : Next";
   EXPECT_EQ(runScript(copying, 1000).error.substr(0, budgetError.size()), budgetError);
   EXPECT_EQ(runScript(copying, 100000).error, "");
