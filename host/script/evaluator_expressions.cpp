@@ -539,6 +539,8 @@ void Evaluator::assign(Frame& frame, const Expr& target, Variant value, bool isS
   } else if (value.isObject()) {
     value = defaultValueOf(value);
   }
+  // Text is copied by value: a long one costs its length.
+  chargeSteps(textLength(value) / kTextUnitsPerStep);
   switch (target.kind) {
     case ExprKind::Name: {
       const auto& name = static_cast<const NameExpr&>(target);
