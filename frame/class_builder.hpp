@@ -148,10 +148,10 @@ struct LambdaSignature<R (L::*)(C&, A...) const> {
 template <typename C>
 class ClassBuilder {
  public:
-  // A creatable class gets a factory that default-constructs it.
+  // A creatable class gets a factory that default-constructs it; a class that cannot be created
+  // by name needs no default constructor.
   explicit ClassBuilder(StringView name, bool creatable = true)
-      : info_(String(name), creatable ? ClassInfo::Factory([] { return ObjectRef(std::make_shared<C>()); })
-                                      : ClassInfo::Factory()) {}
+      : info_(String(name), creatable ? makeFactory() : ClassInfo::Factory()) {}
 
   template <typename Fn>
   ClassBuilder& method(StringView name, Fn fn, std::initializer_list<Param> params = {}) {
@@ -249,6 +249,14 @@ class ClassBuilder {
     };
     info_.addMember(std::move(member));
     return *this;
+  }
+
+  static ClassInfo::Factory makeFactory() {
+    if constexpr (std::is_default_constructible_v<C>) {
+      return [] { return ObjectRef(std::make_shared<C>()); };
+    } else {
+      return {};
+    }
   }
 
   template <typename R>
