@@ -175,6 +175,10 @@ TEST(InterpreterTest, ProceduresAndByReference) {
        "450 Microsoft VBScript runtime error: Wrong number of arguments or invalid property "
        "assignment @2"},
       {"Function f() : y = 5 : f = y : End Function\nout.Echo f() & \"[\" & y & \"]\"", "5[]"},
+      // A local hides the global of the same name; an undeclared name reads the global.
+      {"x = 1 : g = 7\nSub s()\nDim x : x = 2 : g = g + 1\nEnd Sub\ns : out.Echo x & g", "18"},
+      {"Function f() : End Function\nout.Echo IsEmpty(f())", "True"},
+      {"Function g()\nWith box\nExit Function\nEnd With\nEnd Function\ng : out.Echo 1", "1"},
       {"Option Explicit\nDim a : a = 1 : b = 2", "",
        "500 Microsoft VBScript runtime error: Variable is undefined @2"},
       {"Option Explicit\nReDim r(2) : r(2) = 4 : out.Echo r(2)", "4"},
