@@ -202,6 +202,8 @@ class Evaluator {
   void checkStack();
 
  public:
+  // ---- limits ----
+  // Counts one statement or loop iteration against the budget.
   void countStep();
   // Charges work that grows with the size of its data (building a long text or a large array)
   // as that many steps, so a budget also bounds the time such work takes.
@@ -209,29 +211,28 @@ class Evaluator {
   // The steps charged per array element and per unit of text built.
   static constexpr std::size_t kElementsPerStep = 64;
   static constexpr std::size_t kTextUnitsPerStep = 1024;
-  bool optionExplicit = false;
-  // ReDim's total element cap and the longest text concatenation builds, so a runaway script
-  // raises an error instead of exhausting memory.
+  // The most elements an array may have and the longest text a script may build, so a runaway
+  // script raises an error (7, 14) instead of exhausting memory.
   static constexpr std::size_t kMaxArrayElements = std::size_t{1} << 22;
   static constexpr std::size_t kMaxStringLength = std::size_t{1} << 24;
 
+  // ---- state ----
+  bool optionExplicit = false;
   std::vector<std::unique_ptr<Unit>> units;
-  std::deque<Global> globals;
+  std::deque<Global> globals;                        // stable addresses for by-reference use
   std::unordered_map<String, uint32_t> globalIndex;  // upper-case name -> globals
-  std::unordered_map<String, std::unique_ptr<ProcedureRef>> procedures;
+  std::unordered_map<String, std::unique_ptr<ProcedureRef>> procedures;  // by upper-case name
   std::shared_ptr<ErrObject> err;
-  Frame topFrame;
-  SourcePos position;
+  Frame topFrame;      // the script level, kept between lines of the prompt
+  SourcePos position;  // the statement running, for error positions
+  // Nested entries (an event delivered while the script runs) keep the outer entry's counters.
+  int entries = 0;
 
  private:
   uint64_t stepBudget_ = 0;
   uint64_t steps_ = 0;
   int callDepth_ = 0;
   const char* stackBase_ = nullptr;
-
- public:
-  // Nested entries (an event delivered while the script runs) keep the outer entry's counters.
-  int entries = 0;
 };
 
 // How an operand takes part in a comparison: a literal written in the script (also with a
