@@ -2,24 +2,14 @@
 
 #include <limits>
 #include <ravelin/frame/date_time.hpp>
+#include <ravelin/frame/locale.hpp>
 
 namespace ravelin {
 namespace {
 
-// The settings the date text uses: patterns, designators and the names the rows need.
-Locale makeLocale(StringView name, StringView shortDate, StringView time, StringView am,
-                  StringView pm) {
-  Locale locale;
-  locale.name = name;
-  locale.shortDatePattern = shortDate;
-  locale.timePattern = time;
-  locale.amDesignator = am;
-  locale.pmDesignator = pm;
-  locale.dayNames[2] = u"Tuesday";
-  locale.abbreviatedDayNames[2] = u"Tue";
-  locale.monthNames[2] = u"March";
-  locale.abbreviatedMonthNames[2] = u"Mar";
-  return locale;
+// A locale the library carries, with the settings Windows has for it.
+const Locale& known(StringView name) {
+  return *findKnownLocale(name);
 }
 
 double at(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
@@ -27,9 +17,9 @@ double at(int year, int month, int day, int hour = 0, int minute = 0, int second
 }
 
 TEST(TextOfDate, ShortDateAndTimeOfTheLocale) {
-  const Locale us = makeLocale(u"en-US", u"M/d/yyyy", u"h:mm:ss tt", u"AM", u"PM");
-  const Locale brazil = makeLocale(u"pt-BR", u"dd/MM/yyyy", u"HH:mm:ss", u"", u"");
-  const Locale germany = makeLocale(u"de-DE", u"dd.MM.yyyy", u"HH:mm:ss", u"", u"");
+  const Locale& us = known(u"en-US");
+  const Locale& brazil = known(u"pt-BR");
+  const Locale& germany = known(u"de-DE");
   struct Row {
     double serial;
     const Locale* locale;
@@ -58,9 +48,8 @@ TEST(TextOfDate, ShortDateAndTimeOfTheLocale) {
 }
 
 TEST(FormatWithPattern, PictureLettersLiteralsAndSeparators) {
-  const Locale us = makeLocale(u"en-US", u"M/d/yyyy", u"h:mm:ss tt", u"AM", u"PM");
-  Locale brazil = us;
-  brazil.monthNames[2] = u"março";
+  const Locale& us = known(u"en-US");
+  const Locale& brazil = known(u"pt-BR");
   const double afternoon = at(2010, 3, 2, 14, 5, 9);
   const double earlyMorning = at(2005, 11, 20, 0, 7, 3);
   struct Row {
@@ -72,7 +61,7 @@ TEST(FormatWithPattern, PictureLettersLiteralsAndSeparators) {
   const Row rows[] = {
       {afternoon, u"dddd, MMMM d, yyyy", u"Tuesday, March 2, 2010"},
       {afternoon, u"ddd dd MMM yy", u"Tue 02 Mar 10"},
-      {afternoon, u"dddd d MMMM", u"Tuesday 2 março", &brazil},
+      {afternoon, u"dddd d MMMM", u"terça-feira 2 março", &brazil},
       {afternoon, u"y/M/d", u"10/3/2"},
       {earlyMorning, u"y yy yyyy", u"5 05 2005"},
       {afternoon, u"HH:mm:ss", u"14:05:09"},
