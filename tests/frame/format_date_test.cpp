@@ -2,48 +2,13 @@
 
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/format.hpp>
+#include <ravelin/frame/locale.hpp>
 
 namespace ravelin {
 namespace {
 
-Locale englishUs() {
-  Locale locale;
-  locale.name = u"en-US";
-  locale.decimalSeparator = u".";
-  locale.thousandsSeparator = u",";
-  locale.dateSeparator = u"/";
-  locale.timeSeparator = u":";
-  locale.shortDatePattern = u"M/d/yyyy";
-  locale.longDatePattern = u"dddd, MMMM d, yyyy";
-  locale.timePattern = u"h:mm:ss tt";
-  locale.amDesignator = u"AM";
-  locale.pmDesignator = u"PM";
-  locale.dayNames = {u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
-                     u"Thursday", u"Friday", u"Saturday"};
-  locale.abbreviatedDayNames = {u"Sun", u"Mon", u"Tue", u"Wed", u"Thu", u"Fri", u"Sat"};
-  locale.monthNames = {u"January", u"February", u"March",     u"April",   u"May",      u"June",
-                       u"July",    u"August",   u"September", u"October", u"November", u"December"};
-  locale.abbreviatedMonthNames = {u"Jan", u"Feb", u"Mar", u"Apr", u"May", u"Jun",
-                                  u"Jul", u"Aug", u"Sep", u"Oct", u"Nov", u"Dec"};
-  return locale;
-}
-
-Locale germany() {
-  Locale locale = englishUs();
-  locale.name = u"de-DE";
-  locale.decimalSeparator = u",";
-  locale.thousandsSeparator = u".";
-  locale.dateSeparator = u".";
-  locale.shortDatePattern = u"dd.MM.yyyy";
-  locale.timePattern = u"HH:mm:ss";
-  locale.amDesignator.clear();
-  locale.pmDesignator.clear();
-  locale.monthNames[0] = u"Januar";
-  return locale;
-}
-
-const Locale kEnUs = englishUs();
-const Locale kDeDe = germany();
+const Locale& kEnUs = *findKnownLocale(u"en-US");
+const Locale& kDeDe = *findKnownLocale(u"de-DE");
 
 struct DateCase {
   Variant value;

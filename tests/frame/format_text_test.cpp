@@ -1,24 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/format.hpp>
+#include <ravelin/frame/locale.hpp>
 
 namespace ravelin {
 namespace {
 
-Locale portugueseBrazil() {
-  Locale locale;
-  locale.name = u"pt-BR";
-  locale.decimalSeparator = u",";
-  locale.thousandsSeparator = u".";
-  locale.currencySymbol = u"R$";
-  locale.dateSeparator = u"/";
-  locale.timeSeparator = u":";
-  locale.shortDatePattern = u"dd/MM/yyyy";
-  locale.timePattern = u"HH:mm:ss";
-  return locale;
-}
-
-const Locale kPtBr = portugueseBrazil();
+const Locale& kPtBr = *findKnownLocale(u"pt-BR");
 
 struct TextCase {
   Variant value;
