@@ -6,6 +6,7 @@
 #include <cstring>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/format.hpp>
+#include <ravelin/frame/locale.hpp>
 
 namespace {
 
@@ -60,32 +61,11 @@ Variant takeValue(uint8_t kind, const uint8_t*& data, size_t& size) {
   }
 }
 
-ravelin::Locale fallbackLocale(const char16_t* name, const char16_t* decimal,
-                               const char16_t* thousands, const char16_t* dateSeparator) {
-  ravelin::Locale locale;
-  locale.name = name;
-  locale.decimalSeparator = decimal;
-  locale.thousandsSeparator = thousands;
-  locale.dateSeparator = dateSeparator;
-  locale.timeSeparator = u":";
-  locale.shortDatePattern = u"dd/MM/yyyy";
-  locale.longDatePattern = u"dddd, d MMMM yyyy";
-  locale.timePattern = u"HH:mm:ss";
-  return locale;
-}
-
-const ravelin::Locale& knownOr(const char16_t* name, const ravelin::Locale& fallback) {
-  const ravelin::Locale* known = ravelin::findKnownLocale(name);
-  return known != nullptr ? *known : fallback;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const ravelin::Locale kEnglish = fallbackLocale(u"en-US", u".", u",", u"/");
-  static const ravelin::Locale kGerman = fallbackLocale(u"de-DE", u",", u".", u".");
-  static const ravelin::Locale& english = knownOr(u"en-US", kEnglish);
-  static const ravelin::Locale& german = knownOr(u"de-DE", kGerman);
+  static const ravelin::Locale& english = *ravelin::findKnownLocale(u"en-US");
+  static const ravelin::Locale& german = *ravelin::findKnownLocale(u"de-DE");
   if (size < 2) return 0;
   const uint8_t kind = data[0];
   const uint8_t options = data[1];
