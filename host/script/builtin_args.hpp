@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <ravelin/frame/variant.hpp>
 #include <ravelin/host/script/builtins.hpp>
+#include <ravelin/host/script/script_limits.hpp>
 #include <span>
 #include <string_view>
 
@@ -26,6 +27,13 @@ String textArgument(const Variant& value);
 // The compare argument of InStr, Split, Replace, StrComp and Filter: 0 binary (the default),
 // 1 text; anything else raises 5.
 bool isTextCompare(std::span<const Variant> args, std::size_t i);
+
+// Raises 14 (out of string space) when a text of `length` units would pass kMaxTextLength.
+// Functions that build text call it before they allocate.
+void checkTextLength(std::size_t length);
+
+// Appends `piece` to `text`, raising 14 first when the result would pass kMaxTextLength.
+void appendWithinLimit(String& text, StringView piece);
 
 // Upper case of an ASCII letter, for matching function names.
 constexpr char16_t foldAscii(char16_t c) {

@@ -37,6 +37,15 @@ bool isTextCompare(std::span<const Variant> args, std::size_t i) {
   return mode == 1;
 }
 
+void checkTextLength(std::size_t length) {
+  if (length > kMaxTextLength) raiseRuntimeError(kOutOfStringSpace);
+}
+
+void appendWithinLimit(String& text, StringView piece) {
+  checkTextLength(text.size() + piece.size());
+  text.append(piece);
+}
+
 }  // namespace detail
 
 namespace {

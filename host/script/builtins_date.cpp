@@ -305,10 +305,19 @@ Variant callMonthName(Args a) {
   return Variant(abbreviate ? locale.abbreviatedMonthNames[index] : locale.monthNames[index]);
 }
 
-// Format(value[, format[, firstDayOfWeek[, firstWeekOfYear]]]).
+// The most units one unit of a format can write: "c" writes a whole date and time.
+constexpr std::size_t kMaxFormatGrowth = 32;
+
+// Format(value[, format[, firstDayOfWeek[, firstWeekOfYear]]]). A format long enough that its
+// expansion could pass the text limit raises 14 before it is applied; so does a longer result.
 Variant callFormat(Args a) {
   const String format = isGiven(a, 1) ? textArgument(a[1]) : String();
-  return Variant(Format(a[0], format, firstDayArgument(a, 2), firstWeekArgument(a, 3)));
+  checkTextLength(format.size() * kMaxFormatGrowth);
+  const int firstDay = firstDayArgument(a, 2);
+  const int firstWeek = firstWeekArgument(a, 3);
+  String result = Format(a[0], format, firstDay, firstWeek);
+  checkTextLength(result.size());
+  return Variant(std::move(result));
 }
 
 // FormatDateTime(date[, namedFormat]): 0 general (as CStr), 1 long date, 2 short date, 3 long

@@ -190,6 +190,7 @@ Variant callTrim(Args a) {
 Variant callSpace(Args a) {
   const int32_t n = CLng(a[0]);
   if (n < 0) invalidCall();
+  checkTextLength(static_cast<std::size_t>(n));
   return textOrOutOfMemory([n] { return String(static_cast<std::size_t>(n), u' '); });
 }
 
@@ -207,6 +208,7 @@ Variant callString(Args a) {
     const int32_t code = ((CLng(a[1]) % 256) + 256) % 256;
     unit = decode(std::string(1, static_cast<char>(code)), ansiCodePage())[0];
   }
+  checkTextLength(static_cast<std::size_t>(n));
   return textOrOutOfMemory([n, unit] { return String(static_cast<std::size_t>(n), unit); });
 }
 
@@ -227,7 +229,8 @@ Variant callStrComp(Args a) {
 }
 
 // Replace(text, find, with[, start[, count[, compare]]]): the text from start on, with up to
-// count (-1 for all) matches of find replaced.
+// count (-1 for all) matches of find replaced. A result past the text limit raises 14 before it
+// is built further.
 Variant callReplace(Args a) {
   const String text = textArgument(a[0]);
   const String find = textArgument(a[1]);
@@ -250,11 +253,12 @@ Variant callReplace(Args a) {
   while (count == -1 || replaced < count) {
     const std::size_t at = searched.find(needle, done);
     if (at == StringView::npos) break;
-    result.append(tail.substr(done, at - done)).append(with);
+    appendWithinLimit(result, tail.substr(done, at - done));
+    appendWithinLimit(result, with);
     done = at + needle.size();
     ++replaced;
   }
-  result.append(tail.substr(done));
+  appendWithinLimit(result, tail.substr(done));
   return Variant(std::move(result));
 }
 
@@ -285,10 +289,18 @@ Variant callSplit(Args a) {
   const String foldedDelimiter = textMode ? toUpper(delimiter) : String();
   const StringView searched = textMode ? StringView(folded) : StringView(text);
   const StringView needle = textMode ? StringView(foldedDelimiter) : StringView(delimiter);
+  // The delimiters are counted first, so a text of more parts than an array may hold raises 7
+  // before any part is built.
+  const std::size_t maxCuts = count == -1 ? kMaxArrayElements : static_cast<std::size_t>(count - 1);
+  std::size_t cuts = 0;
+  for (std::size_t at = searched.find(needle); cuts < maxCuts && at != StringView::npos;
+       at = searched.find(needle, at + needle.size())) {
+    if (++cuts >= kMaxArrayElements) raiseRuntimeError(vb_error::kOutOfMemory);
+  }
+  parts.reserve(cuts + 1);
   std::size_t begin = 0;
-  while (count == -1 || static_cast<int32_t>(parts.size()) < count - 1) {
+  for (std::size_t i = 0; i < cuts; ++i) {
     const std::size_t at = searched.find(needle, begin);
-    if (at == StringView::npos) break;
     parts.emplace_back(StringView(text).substr(begin, at - begin));
     begin = at + needle.size();
   }
@@ -306,14 +318,15 @@ const SafeArray& vectorArgument(const Variant& v) {
   return array;
 }
 
-// Join(list[, delimiter]): the elements' texts with a blank (by default) between them.
+// Join(list[, delimiter]): the elements' texts with a blank (by default) between them; 14 when
+// they would pass the text limit.
 Variant callJoin(Args a) {
   const SafeArray& array = vectorArgument(a[0]);
   const String delimiter = isGiven(a, 1) ? textArgument(a[1]) : String(u" ");
   String result;
   for (std::size_t i = 0; i < array.elements.size(); ++i) {
-    if (i > 0) result += delimiter;
-    result += textArgument(array.elements[i]);
+    if (i > 0) appendWithinLimit(result, delimiter);
+    appendWithinLimit(result, textArgument(array.elements[i]));
   }
   return Variant(std::move(result));
 }
@@ -341,13 +354,20 @@ Variant callEscape(Args a) {
   if (a[0].isNull()) return a[0];
   static constexpr char16_t kHex[] = u"0123456789ABCDEF";
   constexpr StringView kPlain = u"@*_+-./";
+  const auto isPlain = [kPlain](char16_t unit) {
+    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
+           (unit >= u'0' && unit <= u'9') || kPlain.find(unit) != StringView::npos;
+  };
   const String text = textArgument(a[0]);
+  // The escaped length first: a unit grows up to six-fold, and past the text limit raises 14.
+  std::size_t length = 0;
+  for (const char16_t unit : text)
+    length += isPlain(unit) ? 1 : unit < 256 ? 3 : 6;
+  checkTextLength(length);
   String result;
-  result.reserve(text.size());
+  result.reserve(length);
   for (const char16_t unit : text) {
-    const bool alphanumeric = (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
-                              (unit >= u'0' && unit <= u'9');
-    if (alphanumeric || kPlain.find(unit) != StringView::npos) {
+    if (isPlain(unit)) {
       result += unit;
     } else if (unit < 256) {
       result += {u'%', kHex[unit >> 4], kHex[unit & 15]};

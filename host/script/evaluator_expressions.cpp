@@ -106,7 +106,7 @@ Variant Evaluator::evalBinary(Frame& frame, const BinaryExpr& binary) {
     case BinaryOp::Mod:
       return modulo(a, b);
     case BinaryOp::Add:
-      if (textLength(a) + textLength(b) > kMaxStringLength) {
+      if (textLength(a) + textLength(b) > kMaxTextLength) {
         raiseScriptError(script_error::kOutOfStringSpace);
       }
       chargeSteps((textLength(a) + textLength(b)) / kTextUnitsPerStep);
@@ -115,7 +115,7 @@ Variant Evaluator::evalBinary(Frame& frame, const BinaryExpr& binary) {
       return subtract(a, b);
     case BinaryOp::Concat:
       // Numbers add at most a few dozen units; long text is what can run away.
-      if (textLength(a) + textLength(b) + 64 > kMaxStringLength) {
+      if (textLength(a) + textLength(b) + 64 > kMaxTextLength) {
         raiseScriptError(script_error::kOutOfStringSpace);
       }
       chargeSteps((textLength(a) + textLength(b)) / kTextUnitsPerStep);
@@ -398,62 +398,10 @@ Variant Evaluator::callBuiltin(Frame& frame, const Builtin& builtin,
     }
     values.push_back(std::move(value));
   }
-  checkBuiltinSize(builtin, values);
   Variant result = builtin.call(values);
   if (result.isString()) chargeSteps(result.asString().size() / kTextUnitsPerStep);
   if (result.isArray()) chargeSteps(result.asArray().elements.size() / kElementsPerStep);
   return result;
-}
-
-namespace {
-
-// The whole number an argument holds, or -1 when it has none (the built-in function raises the
-// error itself).
-double countOf(std::span<const Variant> values, std::size_t i) {
-  if (i >= values.size() || values[i].isMissing() || values[i].isNull()) return -1;
-  try {
-    return CDbl(values[i]);
-  } catch (const AutomationError&) {
-    return -1;
-  }
-}
-
-std::size_t textLengthAt(std::span<const Variant> values, std::size_t i) {
-  return i < values.size() ? textLength(values[i]) : 0;
-}
-
-}  // namespace
-
-void Evaluator::checkBuiltinSize(const Builtin& builtin, std::span<const Variant> values) {
-  const auto limit = static_cast<double>(kMaxStringLength);
-  double size = 0;  // the most text units (or, for Split, elements) the call can build
-  if (equalsIgnoreCase(builtin.name, u"Space") || equalsIgnoreCase(builtin.name, u"String")) {
-    size = countOf(values, 0);
-  } else if (equalsIgnoreCase(builtin.name, u"Replace")) {
-    const std::size_t text = textLengthAt(values, 0);
-    const std::size_t find = textLengthAt(values, 1);
-    size = static_cast<double>(text);
-    if (find > 0) {
-      size += static_cast<double>(text / find) * static_cast<double>(textLengthAt(values, 2));
-    }
-  } else if (equalsIgnoreCase(builtin.name, u"Join")) {
-    if (!values.empty() && values[0].isArray()) {
-      const std::size_t delimiter = textLengthAt(values, 1);
-      for (const Variant& element : values[0].asArray().elements) {
-        size += static_cast<double>(textLength(element) + delimiter + 32);
-      }
-    }
-  } else if (equalsIgnoreCase(builtin.name, u"Split")) {
-    const std::size_t delimiter = std::max<std::size_t>(textLengthAt(values, 1), 1);
-    const double parts = static_cast<double>(textLengthAt(values, 0) / delimiter + 1);
-    if (parts > static_cast<double>(kMaxArrayElements)) raiseScriptError(vb_error::kOutOfMemory);
-    chargeSteps(static_cast<std::size_t>(parts) / kElementsPerStep);
-    return;
-  } else {
-    return;
-  }
-  if (size > limit) raiseScriptError(script_error::kOutOfStringSpace);
-  if (size > 0) chargeSteps(static_cast<std::size_t>(size) / kTextUnitsPerStep);
 }
 
 Variant Evaluator::createObject(Frame& frame, const std::vector<Argument>* args) {

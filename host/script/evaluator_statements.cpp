@@ -116,7 +116,7 @@ class StatementRunner {
       if (upper < -1) raiseScriptError(vb_error::kSubscriptOutOfRange);
       const int32_t count = upper + 1;
       total *= static_cast<std::size_t>(count);
-      if (total > Evaluator::kMaxArrayElements) raiseScriptError(vb_error::kOutOfMemory);
+      if (total > kMaxArrayElements) raiseScriptError(vb_error::kOutOfMemory);
       array.bounds.push_back(SafeArray::Bound{0, count});
     }
     e_.chargeSteps(total / Evaluator::kElementsPerStep);

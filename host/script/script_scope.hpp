@@ -14,6 +14,7 @@
 #include <ravelin/host/script/builtins.hpp>
 #include <ravelin/host/script/err_object.hpp>
 #include <ravelin/host/script/interpreter.hpp>
+#include <ravelin/host/script/script_limits.hpp>
 #include <unordered_map>
 #include <vector>
 
@@ -22,7 +23,7 @@ namespace ravelin::script::detail {
 // Error numbers the interpreter itself raises, beyond the frame's standard ones.
 namespace script_error {
 inline constexpr int32_t kArrayFixed = 10;
-inline constexpr int32_t kOutOfStringSpace = 14;
+inline constexpr int32_t kOutOfStringSpace = script::kOutOfStringSpace;
 inline constexpr int32_t kOutOfStackSpace = 28;
 inline constexpr int32_t kNamedArgumentNotFound = 448;
 inline constexpr int32_t kNotACollection = 451;
@@ -171,9 +172,6 @@ class Evaluator {
   Variant indexArray(const Variant& array, Frame& frame, const std::vector<Argument>& args);
   std::vector<int32_t> subscriptsOf(Frame& frame, const std::vector<Argument>& args);
   Variant callBuiltin(Frame& frame, const Builtin& builtin, const std::vector<Argument>* args);
-  // Refuses a call of a text-building function whose result would pass the text limit (14),
-  // before it allocates, and charges its size as steps.
-  void checkBuiltinSize(const Builtin& builtin, std::span<const Variant> values);
   Variant createObject(Frame& frame, const std::vector<Argument>* args);
   // Eval(expression) and Execute / ExecuteGlobal(statements), both in the global scope.
   Variant evalText(Frame& frame, const std::vector<Argument>* args, bool statements);
@@ -211,10 +209,8 @@ class Evaluator {
   // The steps charged per array element and per unit of text built.
   static constexpr std::size_t kElementsPerStep = 64;
   static constexpr std::size_t kTextUnitsPerStep = 1024;
-  // The most elements an array may have and the longest text a script may build, so a runaway
-  // script raises an error (7, 14) instead of exhausting memory.
-  static constexpr std::size_t kMaxArrayElements = std::size_t{1} << 22;
-  static constexpr std::size_t kMaxStringLength = std::size_t{1} << 24;
+  // The size limits (kMaxTextLength, kMaxArrayElements) are shared with the built-in
+  // functions in script_limits.hpp.
 
   // ---- state ----
   bool optionExplicit = false;

@@ -7,6 +7,7 @@
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/host/script/builtin_args.hpp>
 #include <ravelin/host/script/builtins.hpp>
+#include <ravelin/host/script/script_limits.hpp>
 #include <string>
 #include <thread>
 #include <vector>
@@ -439,6 +440,48 @@ TEST(BuiltinsTest, Text) {
       {u"Escape", {S(u"a b+c/\u00e9\u20ac%")}, S(u"a%20b+c/%E9%u20AC%25")},
       {u"Unescape", {S(u"a%20b%E9%u20ac%zz%u12")}, S(u"a b\u00e9\u20ac%zz%u12")},
       {u"Escape", {kNull}, kNull},
+  });
+}
+
+// Functions that build text refuse, with 14 and before allocating, a result longer than the
+// text limit the interpreter shares; a result of exactly the limit is still built. Split refuses
+// more parts than an array may hold with 7.
+TEST(BuiltinsTest, TextLimit) {
+  constexpr std::size_t kLimit = kMaxTextLength;
+  const auto blanks = [](std::size_t n) { return Variant(String(n, u' ')); };
+  const auto repeated = [](StringView piece, std::size_t times) {
+    String text;
+    for (std::size_t i = 0; i < times; ++i)
+      text += piece;
+    return Variant(std::move(text));
+  };
+  // Units that Escape writes as %uXXXX (six-fold) and as themselves.
+  const std::size_t wideUnits = kLimit / 6;
+  runRows({
+      {u"Space", {L(1000)}, blanks(1000)},
+      {u"Space", {D(static_cast<double>(kLimit))}, blanks(kLimit)},
+      {u"Space", {D(static_cast<double>(kLimit + 1))}, {}, 14},
+      {u"Space", {L(20000000)}, {}, 14},
+      {u"String", {L(2000000000), S(u"a")}, {}, 14},
+      {u"String", {D(static_cast<double>(kLimit + 1)), L(65)}, {}, 14},
+      {u"String", {L(5), L(65)}, S(u"AAAAA")},
+      {u"Replace", {blanks(4096), S(u" "), blanks(4096)}, blanks(kLimit)},
+      {u"Replace", {blanks(4097), S(u" "), blanks(4096)}, {}, 14},
+      {u"Replace", {blanks(100000), S(u" "), blanks(1000)}, {}, 14},
+      {u"Replace", {blanks(100000), S(u" "), blanks(1000), I(1), I(3)}, blanks(102997)},
+      {u"Join", {Arr({blanks(kLimit / 2), blanks(kLimit / 2)}), S(u"")}, blanks(kLimit)},
+      {u"Join", {Arr({blanks(kLimit / 2), blanks(kLimit / 2)})}, {}, 14},
+      {u"Escape", {repeated(u"\u20ac", wideUnits)}, repeated(u"%u20AC", wideUnits)},
+      {u"Escape", {repeated(u"\u20ac", wideUnits + 1)}, {}, 14},
+      {u"Escape", {blanks(kLimit / 3 + 1)}, {}, 14},
+      {u"Escape", {repeated(u"a", kLimit)}, repeated(u"a", kLimit)},
+      {u"Split", {blanks(kMaxArrayElements), S(u" ")}, {}, 7},
+      {u"Split",
+       {blanks(kMaxArrayElements), S(u" "), I(3)},
+       Strs({S(u""), S(u""), blanks(kMaxArrayElements - 2)})},
+      {u"Split", {blanks(5000000), S(u",")}, Strs({blanks(5000000)})},
+      {u"Format", {L(1), repeated(u"0", 1000)}, Variant(String(999, u'0') + u"1")},
+      {u"Format", {L(1), repeated(u"c", kLimit / 32 + 1)}, {}, 14},
   });
 }
 
