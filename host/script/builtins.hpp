@@ -14,8 +14,8 @@ namespace ravelin::script {
 inline constexpr int kAnyArgumentCount = std::numeric_limits<int>::max();
 
 // One built-in function. The interpreter checks the argument count against minArgs and maxArgs
-// (450 otherwise) and passes the values with object default members already resolved, except
-// for the Is... tests, TypeName and VarType, which see objects as they are. An omitted optional
+// (450 otherwise) and passes the values with object default members already resolved, unless
+// the function sees objects as they are (the Is... tests, TypeName and VarType). An omitted optional
 // argument is Variant::missing() or simply absent from the end of the span; each function
 // applies the runtime's default. Functions raise the runtime's errors (5, 6, 13, 94...).
 struct Builtin {
@@ -23,6 +23,8 @@ struct Builtin {
   int minArgs;
   int maxArgs;
   Variant (*call)(std::span<const Variant> args);
+  // Arguments that are objects arrive as the objects, not their default values.
+  bool seesObjects = false;
 };
 
 // The built-in function of that name, matched without regard to case, or null. A binary search

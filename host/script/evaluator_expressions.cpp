@@ -19,16 +19,24 @@ std::size_t textLength(const Variant& v) {
   return v.isString() ? v.asString().size() : 0;
 }
 
-// Built-in functions that see an object as it is instead of its default value.
-bool takesObjects(const Builtin& builtin) {
-  for (StringView name : {u"IsObject", u"TypeName", u"VarType", u"IsEmpty", u"IsNull", u"IsArray",
-                          u"IsNumeric", u"IsDate"}) {
-    if (equalsIgnoreCase(builtin.name, name)) return true;
-  }
-  return false;
-}
-
 }  // namespace
+
+Variant compareBy(BinaryOp op, const Variant& a, const Variant& b, const CompareOptions& options) {
+  switch (op) {
+    case BinaryOp::NotEqual:
+      return notEqualTo(a, b, options);
+    case BinaryOp::Less:
+      return lessThan(a, b, options);
+    case BinaryOp::Greater:
+      return greaterThan(a, b, options);
+    case BinaryOp::LessEqual:
+      return lessThanOrEqual(a, b, options);
+    case BinaryOp::GreaterEqual:
+      return greaterThanOrEqual(a, b, options);
+    default:
+      return equalTo(a, b, options);
+  }
+}
 
 Variant Evaluator::defaultValueOf(const Variant& value) {
   if (!value.isObject()) return value;
@@ -121,17 +129,12 @@ Variant Evaluator::evalBinary(Frame& frame, const BinaryExpr& binary) {
       chargeSteps((textLength(a) + textLength(b)) / kTextUnitsPerStep);
       return concatenate(a, b);
     case BinaryOp::Equal:
-      return equalTo(a, b, options);
     case BinaryOp::NotEqual:
-      return notEqualTo(a, b, options);
     case BinaryOp::Less:
-      return lessThan(a, b, options);
     case BinaryOp::Greater:
-      return greaterThan(a, b, options);
     case BinaryOp::LessEqual:
-      return lessThanOrEqual(a, b, options);
     case BinaryOp::GreaterEqual:
-      return greaterThanOrEqual(a, b, options);
+      return compareBy(binary.op, a, b, options);
     case BinaryOp::And:
       return logicalAnd(a, b);
     case BinaryOp::Or:
@@ -384,7 +387,7 @@ Variant Evaluator::callBuiltin(Frame& frame, const Builtin& builtin,
   }
   std::vector<Variant> values;
   values.reserve(count);
-  const bool seesObjects = takesObjects(builtin);
+  const bool seesObjects = builtin.seesObjects;
   for (std::size_t i = 0; i < count; ++i) {
     const Argument& arg = (*args)[i];
     if (arg.isOmitted()) {

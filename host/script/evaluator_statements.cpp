@@ -12,22 +12,6 @@ bool isTrue(const Variant& v) {
   return v.type() == VarType::Boolean && v.asBoolean();
 }
 
-Variant compareBy(BinaryOp op, const Variant& a, const Variant& b, const CompareOptions& options) {
-  switch (op) {
-    case BinaryOp::NotEqual:
-      return notEqualTo(a, b, options);
-    case BinaryOp::Less:
-      return lessThan(a, b, options);
-    case BinaryOp::Greater:
-      return greaterThan(a, b, options);
-    case BinaryOp::LessEqual:
-      return lessThanOrEqual(a, b, options);
-    case BinaryOp::GreaterEqual:
-      return greaterThanOrEqual(a, b, options);
-    default:
-      return equalTo(a, b, options);
-  }
-}
 
 // The order in which a For loop's counter takes the widest type of its start, end and step.
 int counterRank(VarType type) {

@@ -38,6 +38,10 @@ inline constexpr StringView kScriptRuntimeSource = u"Microsoft VBScript runtime 
 // text, the script-specific ones, else "Unknown runtime error".
 String scriptErrorDescription(int32_t number);
 
+// The value of a comparison operator (=, <>, <, >, <=, >=) on two values; Select Case's Is
+// tests share it with expressions.
+Variant compareBy(BinaryOp op, const Variant& a, const Variant& b, const CompareOptions& options);
+
 // Raises a script runtime error with its description and the runtime's source.
 [[noreturn]] void raiseScriptError(int32_t number);
 
