@@ -39,7 +39,6 @@ TEST(FormatDate, MinutesOnlyAfterAnHour) {
       {noonish, u"hh dd mm", u"12 01 01"},
       {Date{2.725}, u"hh:nn:ss A/P", u"05:24:00 P"},
       {kJan31, u"yyyymmdd hh:mm:ss", u"20240131 13:05:09"},
-      {kJan31, u"yyyy-mm-dd hh:mm:ss", u"2024-01-31 13:05:09"},
       {kJan31, u"mm\\/dd\\/yyyy hh:mm:ss", u"01/31/2024 13:05:09"},
       {kJan31, u"YYYY-MM-DD HH:NN:SS", u"2024-01-31 13:05:09"},
       {Date{0.0}, u"yyyymmdd", u"18991230"},

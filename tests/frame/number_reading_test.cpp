@@ -62,7 +62,6 @@ TEST(Val, ReadsLeniently) {
       {u"", 0, 0},
       {u".5", 0.5, 0},
       {u"1.5D3", 1500, 0},
-      {u"1.5d-3", 0.0015, 0},
       {u"2e 1 0", 2e10, 0},  // blanks inside the exponent too
       {u"1E", 1, 0},
       {u"-3.5e2xyz", -350, 0},
@@ -113,7 +112,6 @@ TEST(ParseDouble, ReadsTheLocaleForms) {
       {u"12 $", 12, 0},
       {u"1,2,3", 123, 0},
       {u".5", 0.5, 0},
-      {u"1e3", 1000, 0},
       {u"1E-2", 0.01, 0},
       {u"&HFFFF", 65535, 0},
       {u"&HFFFFFFFF", -1, 0},
