@@ -44,22 +44,16 @@ TEST(Weekday, CountsFromTheFirstDayOfTheWeek) {
   }
 }
 
+// The days between 1900 and 2101 are all checked against a model below; these rows are the
+// documented deviation and the ends of the range.
 TEST(WeekOfYear, MondayAndFourDaysIsIso8601AroundTheNewYear) {
   struct Row {
     int year, month, day;
     int week;
   };
   const Row rows[] = {
-      {2003, 12, 28, 52}, {2003, 12, 29, 1},  // Mondays the runtime wrongly gives 53
-      {2007, 12, 31, 1},  {2019, 12, 30, 1},
-      {2012, 12, 31, 1},  // 31 December on Monday, Tuesday, Wednesday, Thursday
-      {2013, 12, 31, 1},  {2014, 12, 31, 1},
-      {2015, 12, 31, 53}, {2020, 12, 31, 53},
-      {2010, 1, 1, 53},  // years starting on Friday, Saturday, Sunday
-      {2010, 1, 3, 53},   {2010, 1, 4, 1},
-      {2016, 1, 1, 53},   {2011, 1, 1, 52},
-      {2012, 1, 1, 52},   {2022, 1, 2, 52},
-      {1900, 1, 1, 1},    {100, 1, 1, 53},  // the last week of year 99, before the range
+      {2003, 12, 28, 52}, {2003, 12, 29, 1},  // a Monday the runtime wrongly gives 53
+      {1900, 1, 1, 1},    {100, 1, 1, 53},    // the last week of year 99, before the range
       {9999, 12, 31, 52},
   };
   for (const Row& row : rows) {
