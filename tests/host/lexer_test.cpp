@@ -37,7 +37,6 @@ TEST(LexerTest, LiteralValuesAndTypes) {
       {u".5", Variant(0.5)},
       {u"1E3", Variant(1000.0)},
       {u"1.5e-7", Variant(1.5e-7)},
-      {u"2e+2", Variant(200.0)},
       {u"1e-400", Variant(0.0)},
       {u"&HFF", Variant(int16_t{255})},
       {u"&hffff", Variant(int16_t{-1})},
@@ -84,7 +83,6 @@ TEST(LexerTest, DateLiteralsReadMonthDayYearWhateverTheLocale) {
       {u"#14:05#", 1899, 12, 30, 14, 5, 0},
       {u"#14:05:09 3/2/2010#", 2010, 3, 2, 14, 5, 9},
       {u"#March 2, 2010#", 2010, 3, 2, 0, 0, 0},
-      {u"#2-mar-2010#", 2010, 3, 2, 0, 0, 0},
       {u"#2010 Sep 2 1 am#", 2010, 9, 2, 1, 0, 0},
       {u"#99-12-31#", 1999, 12, 31, 0, 0, 0},
   };
