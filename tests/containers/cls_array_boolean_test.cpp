@@ -2,6 +2,7 @@
 
 #include <ravelin/containers/cls_array_boolean.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 
 namespace ravelin {
 namespace {
@@ -81,12 +82,7 @@ TEST(ClsArrayBoolean, AllocateSpacePublic) {
   array.allocateSpacePublic(5, true, true);
   EXPECT_TRUE(array.addTo(3, true));
   EXPECT_EQ(array.getItemsAsList(), u"True,False,True,True");
-  try {
-    array.allocateSpacePublic(-2);
-    ADD_FAILURE() << "a negative size was accepted";
-  } catch (const AutomationError& error) {
-    EXPECT_EQ(error.number(), vb_error::kSubscriptOutOfRange);
-  }
+  EXPECT_EQ(errorNumberOf([&] { array.allocateSpacePublic(-2); }), vb_error::kSubscriptOutOfRange);
   EXPECT_EQ(array.getItemsAsList(), u"True,False,True,True");
 }
 

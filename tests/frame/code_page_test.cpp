@@ -2,6 +2,7 @@
 
 #include <ravelin/frame/code_page.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 #include <set>
 #include <string>
 
@@ -88,18 +89,8 @@ TEST(CodePageTest, UnsupportedCodePagesRaiseInvalidProcedureCall) {
   for (int codePage : {0, -1, 1251, 866, 932, 65000, 1200}) {
     SCOPED_TRACE(codePage);
     EXPECT_FALSE(isSupportedCodePage(codePage));
-    try {
-      encode(u"x", codePage);
-      ADD_FAILURE() << "encode did not raise";
-    } catch (const AutomationError& error) {
-      EXPECT_EQ(error.number(), vb_error::kInvalidProcedureCall);
-    }
-    try {
-      decode("x", codePage);
-      ADD_FAILURE() << "decode did not raise";
-    } catch (const AutomationError& error) {
-      EXPECT_EQ(error.number(), vb_error::kInvalidProcedureCall);
-    }
+    EXPECT_EQ(errorNumberOf([&] { encode(u"x", codePage); }), vb_error::kInvalidProcedureCall);
+    EXPECT_EQ(errorNumberOf([&] { decode("x", codePage); }), vb_error::kInvalidProcedureCall);
   }
 }
 

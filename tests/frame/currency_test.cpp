@@ -1,20 +1,11 @@
-#include <ravelin/frame/currency.hpp>
-
 #include <gtest/gtest.h>
 
+#include <ravelin/frame/currency.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 
 namespace ravelin {
 namespace {
-
-int32_t errorNumberOf(auto&& operation) {
-  try {
-    operation();
-  } catch (const AutomationError& error) {
-    return error.number();
-  }
-  return 0;
-}
 
 TEST(CurrencyTest, ArithmeticIsExactAndRoundsHalfToEven) {
   struct Row {

@@ -4,6 +4,7 @@
 #include <limits>
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 
 namespace ravelin {
 namespace {
@@ -11,15 +12,6 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();  // in tables: raises 5
 constexpr int kIntMax = std::numeric_limits<int>::max();
 constexpr int kIntMin = std::numeric_limits<int>::min();
-
-int errorNumberOf(auto&& action) {
-  try {
-    action();
-  } catch (const AutomationError& error) {
-    return error.number();
-  }
-  return 0;
-}
 
 double seconds(int h, int m, int s) {
   return (h * 3600 + m * 60 + s) / 86400.0;

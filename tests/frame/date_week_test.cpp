@@ -2,18 +2,10 @@
 
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 
 namespace ravelin {
 namespace {
-
-int errorNumberOf(auto&& action) {
-  try {
-    action();
-  } catch (const AutomationError& error) {
-    return error.number();
-  }
-  return 0;
-}
 
 TEST(Weekday, CountsFromTheFirstDayOfTheWeek) {
   struct Row {

@@ -1,9 +1,9 @@
-#include <ravelin/frame/dispatch.hpp>
-
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/class_builder.hpp>
+#include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 
 namespace ravelin {
 namespace {
@@ -22,7 +22,9 @@ class clsProbe : public Object {
   bool isOmitted(const Variant& value) const { return value.isMissing(); }
   int16_t item(int16_t index) const { return static_cast<int16_t>(index * 10 + last_); }
   void letItem(int16_t index, int16_t value) { last_ = static_cast<int16_t>(value - index); }
-  std::shared_ptr<clsProbe> self() { return std::static_pointer_cast<clsProbe>(shared_from_this()); }
+  std::shared_ptr<clsProbe> self() {
+    return std::static_pointer_cast<clsProbe>(shared_from_this());
+  }
   bool same(const std::shared_ptr<clsProbe>& other) { return other.get() == this; }
 
   static ClassInfo describe() {
@@ -62,12 +64,7 @@ class DispatchTest : public ::testing::Test {
 
   int32_t errorOf(StringView name, std::vector<CallArgument> arguments,
                   MemberKind kind = MemberKind::Method) {
-    try {
-      call(name, std::move(arguments), kind);
-    } catch (const AutomationError& error) {
-      return error.number();
-    }
-    return 0;
+    return errorNumberOf([&] { call(name, std::move(arguments), kind); });
   }
 
   static CallArgument named(StringView name, Variant value) {
@@ -139,23 +136,15 @@ TEST_F(DispatchTest, ReportsTheRuntimesErrors) {
     EXPECT_EQ(errorOf(row.member, row.arguments), row.number);
   }
   EXPECT_EQ(errorOf(u"item", {{Variant(int16_t{1})}}, MemberKind::PropertySet), 438);
-  try {
-    callMember(nullptr, u"sum", MemberKind::Method, {}, registry_);
-    ADD_FAILURE();
-  } catch (const AutomationError& error) {
-    EXPECT_EQ(error.number(), 91);
-  }
+  EXPECT_EQ(errorNumberOf([&] { callMember(nullptr, u"sum", MemberKind::Method, {}, registry_); }),
+            91);
 }
 
 TEST_F(DispatchTest, RegistryCreatesByNameAndPublishesTypes) {
   EXPECT_NE(registry_.create(u"clsprobe"), nullptr);
   for (StringView name : {u"Ravelin.", u"clsMissing", u"Other.clsProbe"}) {
-    try {
-      registry_.create(name);
-      ADD_FAILURE() << toUtf8(name);
-    } catch (const AutomationError& error) {
-      EXPECT_EQ(error.number(), 429);
-    }
+    SCOPED_TRACE(toUtf8(name));
+    EXPECT_EQ(errorNumberOf([&] { registry_.create(name); }), 429);
   }
   const MemberInfo* greet = registry_.findClass(u"clsProbe")->find(u"greet", MemberKind::Method);
   ASSERT_NE(greet, nullptr);

@@ -3,6 +3,7 @@
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/format.hpp>
 #include <ravelin/frame/locale.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 
 namespace ravelin {
 namespace {
@@ -93,12 +94,7 @@ TEST(FormatDate, SeparatorsFollowTheLocale) {
 }
 
 TEST(FormatDate, NumbersOutsideTheDateRangeOverflow) {
-  try {
-    Format(1e10, u"yyyy", vbSunday, vbFirstJan1, kEnUs);
-    FAIL() << "no error";
-  } catch (const AutomationError& error) {
-    EXPECT_EQ(error.number(), 6);
-  }
+  EXPECT_EQ(errorNumberOf([] { Format(1e10, u"yyyy", vbSunday, vbFirstJan1, kEnUs); }), 6);
 }
 
 }  // namespace

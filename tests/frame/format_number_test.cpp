@@ -3,6 +3,7 @@
 #include <limits>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/format.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 
 namespace ravelin {
 namespace {
@@ -162,18 +163,11 @@ TEST(FormatNumber, EmptyFormatIsTheValuesText) {
 }
 
 TEST(FormatNumber, BadArgumentsRaise) {
-  auto numberOf = [](auto call) {
-    try {
-      call();
-    } catch (const AutomationError& error) {
-      return error.number();
-    }
-    return 0;
-  };
-  EXPECT_EQ(numberOf([] { Format(Variant::nothing(), u"0", vbSunday, vbFirstJan1, kEnUs); }), 13);
-  EXPECT_EQ(numberOf([] { Format(1.0, u"0", 8, vbFirstJan1, kEnUs); }), 5);
-  EXPECT_EQ(numberOf([] { Format(1.0, u"0", vbSunday, 4, kEnUs); }), 5);
-  EXPECT_EQ(numberOf([] {
+  EXPECT_EQ(errorNumberOf([] { Format(Variant::nothing(), u"0", vbSunday, vbFirstJan1, kEnUs); }),
+            13);
+  EXPECT_EQ(errorNumberOf([] { Format(1.0, u"0", 8, vbFirstJan1, kEnUs); }), 5);
+  EXPECT_EQ(errorNumberOf([] { Format(1.0, u"0", vbSunday, 4, kEnUs); }), 5);
+  EXPECT_EQ(errorNumberOf([] {
               Format(std::numeric_limits<double>::infinity(), u"0", vbSunday, vbFirstJan1, kEnUs);
             }),
             6);

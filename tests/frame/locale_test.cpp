@@ -3,6 +3,7 @@
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/platform/fake/locale_fake.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 #include <set>
 #include <thread>
 
@@ -228,12 +229,7 @@ TEST(LocaleTest, ScopedLocaleRestoresWhatWasThere) {
   EXPECT_EQ(currentLocale().name, u"es-ES");
   resetCurrentLocale();
 
-  try {
-    ScopedLocale unknown(u"xx-YY");
-    ADD_FAILURE() << "an unknown name was accepted";
-  } catch (const AutomationError& error) {
-    EXPECT_EQ(error.number(), vb_error::kInvalidProcedureCall);
-  }
+  EXPECT_EQ(errorNumberOf([] { ScopedLocale unknown(u"xx-YY"); }), vb_error::kInvalidProcedureCall);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 #include <string>
 
 namespace ravelin {
@@ -18,17 +19,6 @@ Locale makeLocale(StringView decimal, StringView thousands, StringView currency)
 const Locale kEnUs = makeLocale(u".", u",", u"$");
 const Locale kDeDe = makeLocale(u",", u".", u"\u20AC");
 
-// The error number a call raises, or 0.
-template <typename Call>
-int errorOf(Call call) {
-  try {
-    call();
-  } catch (const AutomationError& error) {
-    return error.number();
-  }
-  return 0;
-}
-
 struct ReadCase {
   const char16_t* text;
   double value;
@@ -40,7 +30,7 @@ void checkReads(const ReadCase (&cases)[N], Read read) {
   for (const auto& c : cases) {
     SCOPED_TRACE(toUtf8(c.text));
     if (c.error != 0) {
-      EXPECT_EQ(errorOf([&] { read(c.text); }), c.error);
+      EXPECT_EQ(errorNumberOf([&] { read(c.text); }), c.error);
     } else {
       EXPECT_EQ(read(c.text), c.value);
     }
@@ -97,7 +87,7 @@ TEST(Val, LongInputIsCorrectlyRounded) {
   EXPECT_EQ(Val(u"3." + String(100000, u'3')), 3.3333333333333333);
   EXPECT_EQ(Val(u"0." + String(100000, u'0') + u"1"), 0.0);
   EXPECT_EQ(Val(String(300, u'0') + u"1" + String(300, u'0') + u"e-300"), 1.0);
-  EXPECT_EQ(errorOf([] { Val(u"1" + String(100000, u'0')); }), 6);
+  EXPECT_EQ(errorNumberOf([] { Val(u"1" + String(100000, u'0')); }), 6);
   EXPECT_EQ(Val(String(100000, u' ')), 0.0);
 }
 
@@ -159,7 +149,7 @@ TEST(ParseDouble, BuildsTheNearestDouble) {
   EXPECT_EQ(parseDouble(u"2.2250738585072011e-308", kEnUs), 2.2250738585072009e-308);
   EXPECT_EQ(parseDouble(u"4.9e-324", kEnUs), 4.9406564584124654e-324);
   EXPECT_EQ(parseDouble(u"1" + String(308, u'0'), kEnUs), 1e308);
-  EXPECT_EQ(errorOf([] { parseDouble(u"1" + String(309, u'0'), kEnUs); }), 6);
+  EXPECT_EQ(errorNumberOf([] { parseDouble(u"1" + String(309, u'0'), kEnUs); }), 6);
 }
 
 TEST(ParseCurrency, RoundsTheDecimalDigitsHalfToEven) {

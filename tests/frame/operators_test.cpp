@@ -8,6 +8,7 @@
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/frame/operators.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 #include <string>
 
 namespace ravelin {
@@ -407,12 +408,8 @@ TEST_F(OperatorsTest, IsComparesObjectIdentity) {
   EXPECT_FALSE(isSameObject(first, Variant::nothing()));
   for (const Variant& notAnObject : {I(1), Null(), Empty(), Text(u"x")}) {
     SCOPED_TRACE(describe(notAnObject));
-    try {
-      isSameObject(notAnObject, Variant::nothing());
-      ADD_FAILURE() << "expected error 424";
-    } catch (const AutomationError& e) {
-      EXPECT_EQ(e.number(), vb_error::kObjectRequired);
-    }
+    EXPECT_EQ(errorNumberOf([&] { isSameObject(notAnObject, Variant::nothing()); }),
+              vb_error::kObjectRequired);
   }
 }
 

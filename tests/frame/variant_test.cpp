@@ -1,8 +1,8 @@
-#include <ravelin/frame/variant.hpp>
-
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/error.hpp>
+#include <ravelin/frame/variant.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 
 namespace ravelin {
 namespace {
@@ -65,12 +65,7 @@ TEST(VariantTest, SubscriptsAreCheckedAgainstEveryBound) {
   EXPECT_EQ(grid.offsetOf({3, 0}), 2u);
   EXPECT_EQ(grid.offsetOf({1, 1}), 3u);
   for (auto subscripts : {std::vector<int32_t>{0, 0}, {4, 0}, {1, 2}, {1}, {1, 0, 0}}) {
-    try {
-      grid.offsetOf(subscripts);
-      ADD_FAILURE() << "no error for a bad subscript";
-    } catch (const AutomationError& error) {
-      EXPECT_EQ(error.number(), 9);
-    }
+    EXPECT_EQ(errorNumberOf([&] { grid.offsetOf(subscripts); }), 9);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <ravelin/host/script/builtin_args.hpp>
 #include <ravelin/host/script/builtins.hpp>
 #include <ravelin/host/script/script_limits.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 #include <string>
 #include <thread>
 #include <vector>
@@ -221,12 +222,7 @@ TEST(BuiltinsTest, SetLocaleReturnsThePreviousIdAndChecksTheName) {
   EXPECT_TRUE(get->call({}) == L(1031));
   for (const Variant& bad : {S(u"xx-YY"), L(-5), L(99999)}) {
     const std::vector<Variant> args = {bad};
-    try {
-      set->call(args);
-      ADD_FAILURE() << "no error for " << describe(bad);
-    } catch (const AutomationError& e) {
-      EXPECT_EQ(e.number(), 5);
-    }
+    EXPECT_EQ(errorNumberOf([&] { set->call(args); }), 5) << describe(bad);
   }
   EXPECT_EQ(currentLocale().name, u"de-DE");  // a failed call changes nothing
 }

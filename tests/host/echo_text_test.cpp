@@ -5,6 +5,7 @@
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/host/script/echo_text.hpp>
 #include <ravelin/host/script/err_object.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 #include <vector>
 
 namespace ravelin::script {
@@ -48,12 +49,7 @@ TEST(EchoText, JoinsArgumentsWithOneBlank) {
 
 TEST(EchoText, AnArrayIsATypeMismatch) {
   Variant array(SafeArray::vector(VarType::Variant, 0, 1));
-  try {
-    echoText(array);
-    FAIL() << "no error";
-  } catch (const AutomationError& error) {
-    EXPECT_EQ(error.number(), vb_error::kTypeMismatch);
-  }
+  EXPECT_EQ(errorNumberOf([&] { echoText(array); }), vb_error::kTypeMismatch);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <ravelin/frame/error.hpp>
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/wscript.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 #include <string>
 #include <thread>
 #include <vector>
@@ -58,15 +59,6 @@ struct Harness {
   std::vector<std::string> calls;
   std::shared_ptr<WScript> wscript;
 };
-
-int32_t errorNumberOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const AutomationError& error) {
-    return error.number();
-  }
-  return 0;
-}
 
 TEST(WScript, EchoTakesAnyNumberOfArguments) {
   Harness host;
