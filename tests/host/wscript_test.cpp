@@ -149,12 +149,6 @@ TEST(WScript, SleepTimedEventsAndBadArguments) {
             vb_error::kObjectRequired);
 }
 
-}  // namespace
-}  // namespace ravelin::script
-
-namespace ravelin::script {
-namespace {
-
 // The whole path: a script connects an object's events, sleeps while another thread posts
 // ticks, and its Sub receives them (by reference) through the interpreter.
 TEST(WScript, ScriptProceduresReceiveEventsDuringSleep) {
