@@ -1,0 +1,20 @@
+// The test random source.
+#include <ravelin/platform/fake/random_fake.hpp>
+
+namespace ravelin::platform {
+
+bool FakeRandomSource::fill(std::span<uint8_t> bytes) const {
+  if (bytes_.empty()) return false;
+  for (std::size_t i = 0; i < bytes.size(); ++i)
+    bytes[i] = bytes_[i % bytes_.size()];
+  return true;
+}
+
+ScopedFakeRandomSource::ScopedFakeRandomSource()
+    : fake_(std::make_shared<FakeRandomSource>()), previous_(installRandomSource(fake_)) {}
+
+ScopedFakeRandomSource::~ScopedFakeRandomSource() {
+  installRandomSource(std::move(previous_));
+}
+
+}  // namespace ravelin::platform

@@ -1,0 +1,35 @@
+// A random source for tests: hands out bytes set by hand, or fails.
+#pragma once
+
+#include <memory>
+#include <ravelin/platform/random.hpp>
+#include <vector>
+
+namespace ravelin::platform {
+
+// Repeats its byte pattern to fill every request; with no pattern set it reports failure.
+class FakeRandomSource : public RandomSource {
+ public:
+  void setBytes(std::vector<uint8_t> bytes) { bytes_ = std::move(bytes); }
+  bool fill(std::span<uint8_t> bytes) const override;
+
+ private:
+  std::vector<uint8_t> bytes_;
+};
+
+// Installs a fake for the life of a scope and puts the previous implementation back after.
+class ScopedFakeRandomSource {
+ public:
+  ScopedFakeRandomSource();
+  ~ScopedFakeRandomSource();
+  ScopedFakeRandomSource(const ScopedFakeRandomSource&) = delete;
+  ScopedFakeRandomSource& operator=(const ScopedFakeRandomSource&) = delete;
+
+  FakeRandomSource& fake() { return *fake_; }
+
+ private:
+  std::shared_ptr<FakeRandomSource> fake_;
+  std::shared_ptr<const RandomSource> previous_;
+};
+
+}  // namespace ravelin::platform
