@@ -9,6 +9,8 @@
 #include <ravelin/frame/class_registry.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/numeric/date_functions.hpp>
+#include <ravelin/text/string_functions.hpp>
 
 namespace ravelin {
 
@@ -29,6 +31,8 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.addClass(clsArrayLong::describe());
   registry.addClass(clsArraySingle::describe());
   registry.addClass(clsArrayString::describe());
+  registry.addClass(DateFunctions::describe());
+  registry.addClass(StringFunctions::describe());
 
   registry.addEnum(EnumInfo{u"enumCommonCode_ErrorCodes",
                             {
