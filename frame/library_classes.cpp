@@ -10,6 +10,7 @@
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/numeric/date_functions.hpp>
+#include <ravelin/numeric/math_functions.hpp>
 #include <ravelin/text/string_functions.hpp>
 
 namespace ravelin {
@@ -32,19 +33,35 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.addClass(clsArraySingle::describe());
   registry.addClass(clsArrayString::describe());
   registry.addClass(DateFunctions::describe());
+  registry.addClass(MathFunctions::describe());
   registry.addClass(StringFunctions::describe());
 
-  registry.addEnum(EnumInfo{u"enumCommonCode_ErrorCodes",
+  registry.addEnum(
+      EnumInfo{u"enumCommonCode_ErrorCodes",
+               {
+                   {u"CCEC_InvalidIndex", CCEC_InvalidIndex},
+                   {u"CCEC_UnableToGetUniqueIdentifier", CCEC_UnableToGetUniqueIdentifier},
+                   {u"CCEC_UnableToUpdateUniqueIdentifier", CCEC_UnableToUpdateUniqueIdentifier},
+                   {u"CCEC_ItemNotFound", CCEC_ItemNotFound},
+                   {u"CCEC_InvalidId", CCEC_InvalidId},
+                   {u"CCEC_FeatureNotImplemented", CCEC_FeatureNotImplemented},
+                   {u"CCEC_InvalidParameter", CCEC_InvalidParameter},
+                   {u"CCEC_FailedParametersParsing", CCEC_FailedParametersParsing},
+               }});
+  registry.addEnum(EnumInfo{u"RoundingTypes",
                             {
-                                {u"CCEC_InvalidIndex", CCEC_InvalidIndex},
-                                {u"CCEC_UnableToGetUniqueIdentifier", CCEC_UnableToGetUniqueIdentifier},
-                                {u"CCEC_UnableToUpdateUniqueIdentifier",
-                                 CCEC_UnableToUpdateUniqueIdentifier},
-                                {u"CCEC_ItemNotFound", CCEC_ItemNotFound},
-                                {u"CCEC_InvalidId", CCEC_InvalidId},
-                                {u"CCEC_FeatureNotImplemented", CCEC_FeatureNotImplemented},
-                                {u"CCEC_InvalidParameter", CCEC_InvalidParameter},
-                                {u"CCEC_FailedParametersParsing", CCEC_FailedParametersParsing},
+                                {u"ArithmeticalAssimetric", ArithmeticalAssimetric},
+                                {u"ArithmeticalSimetric", ArithmeticalSimetric},
+                            }});
+  registry.addEnum(EnumInfo{u"VarDataType",
+                            {
+                                {u"vtTenDigit", vtTenDigit},
+                                {u"vtThirteenDigit", vtThirteenDigit},
+                                {u"vtTDBNumber", vtTDBNumber},
+                                {u"vtInteger", vtInteger},
+                                {u"vtLong", vtLong},
+                                {u"vtDouble", vtDouble},
+                                {u"vtOperation", vtOperation},
                             }});
 }
 
