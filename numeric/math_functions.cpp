@@ -9,6 +9,9 @@
 namespace ravelin {
 namespace {
 
+// The smallest magnitude whose decimal text (15 significant digits) is written "1E+15".
+constexpr double kFirstExponentText = 999999999999999.5;
+
 // Round(value, digits): the scaled value rounded half to even; negative digits raise 5.
 double platformRound(double value, int16_t digits) {
   if (digits < 0) raiseRuntimeError(vb_error::kInvalidProcedureCall);
@@ -80,9 +83,11 @@ double MathFunctions::MyRound(double Value, int16_t Digits, RoundingTypes Roundi
     default:
       return 0;
   }
-  const Variant scaled(shifted);
-  if (Str(scaled).find(u'E') != String::npos) return platformRound(Value, Digits);
-  return TruncateNumber(scaled) / scale;
+  if (!std::isfinite(shifted)) raiseRuntimeError(vb_error::kOverflow);
+  // |shifted| is at least 0.5, so its decimal text takes the exponent form exactly when its 15
+  // significant digits round up to 1E+15 or more (ties away from zero): one text build saved.
+  if (std::fabs(shifted) >= kFirstExponentText) return platformRound(Value, Digits);
+  return TruncateNumber(Variant(shifted)) / scale;
 }
 
 double MathFunctions::MyVal(StringView Value, StringView DecimalSeparator) const {

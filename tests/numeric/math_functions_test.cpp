@@ -75,6 +75,13 @@ TEST(MathFunctionsTest, MyRoundRoundsHalvesAwayFromZeroDespiteBinaryNoise) {
   EXPECT_EQ(kMath.MyRound(0, 2, ArithmeticalAssimetric), 0);
   EXPECT_EQ(kMath.MyRound(0, 2, ArithmeticalSimetric), 0);
   EXPECT_EQ(kMath.MyRound(1.5, 0, static_cast<RoundingTypes>(7)), 0);
+  // Either side of the first scaled value written in exponent form (999999999999999.5): below it
+  // the decimal text decides, from it on Round (half to even) does.
+  EXPECT_EQ(kMath.MyRound(999999999999998.5, 0), 999999999999999.0);
+  EXPECT_EQ(kMath.MyRound(999999999999998.75, 0), 999999999999999.0);
+  EXPECT_EQ(kMath.MyRound(999999999999999.0, 0), 999999999999999.0);
+  EXPECT_EQ(kMath.MyRound(-999999999999999.0, 0), -999999999999999.0);
+  EXPECT_EQ(kMath.MyRound(99999999999999.95, 1), 1e14);  // 999999999999999.5 ties to even
   // Too large for plain notation after scaling: Round takes over, and it refuses negative places.
   EXPECT_EQ(errorNumberOf([] { kMath.MyRound(1e20, -2); }), 5);
   EXPECT_EQ(errorNumberOf([] { kMath.MyRound(std::numeric_limits<double>::infinity(), 0); }), 6);
