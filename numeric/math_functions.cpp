@@ -35,6 +35,17 @@ StringView before(StringView text, StringView mark) {
   return text.substr(0, text.find(mark));
 }
 
+// The invariant reading of the text's leading sign, digits and points; it stops at any other
+// character, an exponent mark included ("1E-05" reads as 1).
+double plainReading(StringView text) {
+  std::size_t end = 0;
+  if (end < text.size() && (text[end] == u'-' || text[end] == u'+')) ++end;
+  while (end < text.size() && ((text[end] >= u'0' && text[end] <= u'9') || text[end] == u'.')) {
+    ++end;
+  }
+  return Val(text.substr(0, end));
+}
+
 // The mantissa reading of MyVal: a leading "-", digits, every "." and the first ",".
 double readMantissa(StringView text, StringView decimalSeparator) {
   String kept;
@@ -52,7 +63,7 @@ double readMantissa(StringView text, StringView decimalSeparator) {
     }
   }
   if (kept.empty() || kept == u"-") return 0;
-  if (decimalSeparator == u".") return Val(kept);
+  if (decimalSeparator == u".") return plainReading(kept);
   return parseDouble(kept);
 }
 
@@ -131,7 +142,7 @@ double MathFunctions::ConvCurrency(double dblValue, double dblValueExchange, dou
       result = MyRound(base * dblTo_Exchange, intReturnDecimals);
     } else {
       // The source factor divided out once more, as read back from its locale text.
-      const double sourceFactor = Val(textOfDouble(dblValueFactor));
+      const double sourceFactor = plainReading(textOfDouble(dblValueFactor));
       if (sourceFactor == 0) {
         raiseRuntimeError(base == 0 ? vb_error::kOverflow : vb_error::kDivisionByZero);
       }

