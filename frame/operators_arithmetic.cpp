@@ -209,6 +209,14 @@ void requireScalar(const Variant& v) {
   }
 }
 
+// The prologue of every binary arithmetic operator: both operands must be scalars (13
+// otherwise), and the result is Null when either is Null.
+bool eitherIsNull(const Variant& a, const Variant& b) {
+  requireScalar(a);
+  requireScalar(b);
+  return a.isNull() || b.isNull();
+}
+
 // An operand of \ and Mod: a whole number of type Byte, Integer or Long.
 Number roundedWhole(const Variant& v) {
   Number n = toNumber(v);
@@ -225,9 +233,7 @@ Kind integerDivisionKind(Kind a, Kind b) {
 }  // namespace
 
 Variant add(const Variant& a, const Variant& b) {
-  requireScalar(a);
-  requireScalar(b);
-  if (a.isNull() || b.isNull()) return Variant::null();
+  if (eitherIsNull(a, b)) return Variant::null();
   if (a.isEmpty() && b.isEmpty()) return Variant(int16_t{0});
   if (a.isEmpty()) return b;
   if (b.isEmpty()) return a;
@@ -241,9 +247,7 @@ Variant add(const Variant& a, const Variant& b) {
 }
 
 Variant subtract(const Variant& a, const Variant& b) {
-  requireScalar(a);
-  requireScalar(b);
-  if (a.isNull() || b.isNull()) return Variant::null();
+  if (eitherIsNull(a, b)) return Variant::null();
   Number x = toNumber(a);
   Number y = toNumber(b);
   if (x.kind == Kind::Date && y.kind == Kind::Date) return doubleResult(x.real - y.real);
@@ -254,25 +258,16 @@ Variant subtract(const Variant& a, const Variant& b) {
 }
 
 Variant multiply(const Variant& a, const Variant& b) {
-  requireScalar(a);
-  requireScalar(b);
-  if (a.isNull() || b.isNull()) return Variant::null();
+  if (eitherIsNull(a, b)) return Variant::null();
   Number x = toNumber(a);
   Number y = toNumber(b);
-  Kind kind = Kind::Double;
-  if (isSingleWithLong(x.kind, y.kind)) {
-    kind = Kind::Double;
-  } else {
-    kind = multiplicativeRank(x.kind) >= multiplicativeRank(y.kind) ? x.kind : y.kind;
-    if (kind == Kind::Date) kind = Kind::Double;
-  }
+  Kind kind = multiplicativeRank(x.kind) >= multiplicativeRank(y.kind) ? x.kind : y.kind;
+  if (kind == Kind::Date || isSingleWithLong(x.kind, y.kind)) kind = Kind::Double;
   return computeIn(kind, Op::Multiply, x, y);
 }
 
 Variant divide(const Variant& a, const Variant& b) {
-  requireScalar(a);
-  requireScalar(b);
-  if (a.isNull() || b.isNull()) return Variant::null();
+  if (eitherIsNull(a, b)) return Variant::null();
   Number x = toNumber(a);
   Number y = toNumber(b);
   double dividend = realOf(x);
@@ -290,9 +285,7 @@ Variant divide(const Variant& a, const Variant& b) {
 }
 
 Variant integerDivide(const Variant& a, const Variant& b) {
-  requireScalar(a);
-  requireScalar(b);
-  if (a.isNull() || b.isNull()) return Variant::null();
+  if (eitherIsNull(a, b)) return Variant::null();
   Number x = roundedWhole(a);
   Number y = roundedWhole(b);
   if (y.whole == 0) raiseRuntimeError(vb_error::kDivisionByZero);
@@ -305,9 +298,7 @@ Variant integerDivide(const Variant& a, const Variant& b) {
 }
 
 Variant modulo(const Variant& a, const Variant& b) {
-  requireScalar(a);
-  requireScalar(b);
-  if (a.isNull() || b.isNull()) return Variant::null();
+  if (eitherIsNull(a, b)) return Variant::null();
   Number x = roundedWhole(a);
   Number y = roundedWhole(b);
   if (y.whole == 0) raiseRuntimeError(vb_error::kDivisionByZero);
@@ -315,9 +306,7 @@ Variant modulo(const Variant& a, const Variant& b) {
 }
 
 Variant power(const Variant& a, const Variant& b) {
-  requireScalar(a);
-  requireScalar(b);
-  if (a.isNull() || b.isNull()) return Variant::null();
+  if (eitherIsNull(a, b)) return Variant::null();
   double base = realOf(toNumber(a));
   double exponent = realOf(toNumber(b));
   if (base < 0.0 && exponent != std::trunc(exponent)) {
