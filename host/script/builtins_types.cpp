@@ -11,33 +11,12 @@ namespace {
 
 using Args = std::span<const Variant>;
 
-Variant callCBool(Args a) {
-  return Variant(CBool(a[0]));
+// CBool, CByte, ... CStr: the library's conversion of the one argument.
+template <auto Convert>
+Variant callConversion(Args a) {
+  return Variant(Convert(a[0]));
 }
-Variant callCByte(Args a) {
-  return Variant(CByte(a[0]));
-}
-Variant callCCur(Args a) {
-  return Variant(CCur(a[0]));
-}
-Variant callCDate(Args a) {
-  return Variant(CDate(a[0]));
-}
-Variant callCDbl(Args a) {
-  return Variant(CDbl(a[0]));
-}
-Variant callCInt(Args a) {
-  return Variant(CInt(a[0]));
-}
-Variant callCLng(Args a) {
-  return Variant(CLng(a[0]));
-}
-Variant callCSng(Args a) {
-  return Variant(CSng(a[0]));
-}
-Variant callCStr(Args a) {
-  return Variant(CStr(a[0]));
-}
+
 
 Variant callIsArray(Args a) {
   return Variant(a[0].isArray());
@@ -138,15 +117,15 @@ Variant callSetLocale(Args a) {
 
 constexpr Builtin kTable[] = {
     {u"Array", 0, kAnyArgumentCount, callArray},
-    {u"CBool", 1, 1, callCBool},
-    {u"CByte", 1, 1, callCByte},
-    {u"CCur", 1, 1, callCCur},
-    {u"CDate", 1, 1, callCDate},
-    {u"CDbl", 1, 1, callCDbl},
-    {u"CInt", 1, 1, callCInt},
-    {u"CLng", 1, 1, callCLng},
-    {u"CSng", 1, 1, callCSng},
-    {u"CStr", 1, 1, callCStr},
+    {u"CBool", 1, 1, callConversion<&CBool>},
+    {u"CByte", 1, 1, callConversion<&CByte>},
+    {u"CCur", 1, 1, callConversion<&CCur>},
+    {u"CDate", 1, 1, callConversion<&CDate>},
+    {u"CDbl", 1, 1, callConversion<&CDbl>},
+    {u"CInt", 1, 1, callConversion<&CInt>},
+    {u"CLng", 1, 1, callConversion<&CLng>},
+    {u"CSng", 1, 1, callConversion<&CSng>},
+    {u"CStr", 1, 1, callConversion<&CStr>},
     {u"GetLocale", 0, 0, callGetLocale},
     {u"IsArray", 1, 1, callIsArray, true},
     {u"IsDate", 1, 1, callIsDate, true},
