@@ -1,5 +1,4 @@
 #include <ravelin/containers/cls_array_string.hpp>
-
 #include <ravelin/frame/class_builder.hpp>
 
 namespace ravelin {
@@ -35,17 +34,20 @@ String clsArrayString::getItemsAsList(StringView vsDelimiterChar) const {
 }
 
 ClassInfo clsArrayString::describe() {
-  return ClassBuilder<clsArrayString>(kClassName)
+  ClassBuilder<clsArrayString> builder(kClassName);
+  return publishCopyInterface(builder)
       .method(u"add", &clsArrayString::add, {u"vsValue"})
-      .method(u"setArraySizeWithEmptyValues", &clsArrayString::setArraySizeWithEmptyValues, {u"viCount"})
+      .method(u"setArraySizeWithEmptyValues", &clsArrayString::setArraySizeWithEmptyValues,
+              {u"viCount"})
       .get(u"item", &clsArrayString::item, {u"viIndex"})
       .let(u"item", &clsArrayString::letItem, {u"viIndex", u"vsValue"})
       .method(u"getCount", &clsArrayString::getCount)
       .get(u"Count", &clsArrayString::Count)
       .method(u"clear", &clsArrayString::clear)
-      .method(u"getItemsAsList",
-              [](clsArrayString& self, String& delimiter) { return self.getItemsAsList(delimiter); },
-              {optional(u"vsDelimiterChar", String())})
+      .method(
+          u"getItemsAsList",
+          [](clsArrayString& self, String& delimiter) { return self.getItemsAsList(delimiter); },
+          {optional(u"vsDelimiterChar", String())})
       .method(u"removeItem", &clsArrayString::removeItem, {u"viIndex"})
       .method(u"removeLastItem", &clsArrayString::removeLastItem)
       .method(u"find", [](clsArrayString& self, const String& key) { return self.find(key); },
@@ -53,17 +55,6 @@ ClassInfo clsArrayString::describe() {
       .method(u"RemoveItemWithKey",
               [](clsArrayString& self, const String& key) { return self.RemoveItemWithKey(key); },
               {u"vsKey"})
-      .method(u"getClassIdAsString", &clsArrayString::getClassIdAsString)
-      .method(u"copyObject",
-              [](clsArrayString& self, ObjectRef& object, int32_t what) { self.copyObject(object, what); },
-              {u"voObjectToCopy", optional(u"vlCopyWhat", -1)})
-      .method(u"copyToObject",
-              [](clsArrayString& self, ObjectRef& object, int32_t what) { self.copyToObject(object, what); },
-              {u"voCopyTo", optional(u"vlCopyWhat", -1)})
-      .method(u"generateCopy", &clsArrayString::generateCopy, {optional(u"vlCopyWhat", -1)})
-      .method(u"getParameterValue",
-              [](clsArrayString& self, const String& name) { return self.getParameterValue(name); },
-              {u"vsParameterName"})
       .build();
 }
 

@@ -1,18 +1,18 @@
 // clsArrayString: a growable, 0-based list of texts with 16-bit indexes, with search by exact
-// text and the (accepting, non-copying) object copy interface.
+// text. Its copy interface accepts every request and ignores it (no copy is ever made).
 #pragma once
 
 #include <cstdint>
 #include <ravelin/containers/value_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/object_copy.hpp>
 #include <ravelin/frame/text.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <utility>
 
 namespace ravelin {
 
-class clsArrayString : public Object, private detail::ValueArray<String, 4, 2> {
+class clsArrayString : public IgnoringCopyObject, private detail::ValueArray<String, 4, 2> {
   using Base = detail::ValueArray<String, 4, 2>;
 
   friend class ClassBuilder<clsArrayString>;
@@ -21,7 +21,7 @@ class clsArrayString : public Object, private detail::ValueArray<String, 4, 2> {
   static constexpr StringView kClassName = u"clsArrayString";
 
   // An empty array with 4 slots that grows two slots at a time.
-  clsArrayString() : Base(kClassName) {}
+  clsArrayString() : IgnoringCopyObject(kClassName), Base(kClassName) {}
 
   StringView className() const override { return kClassName; }
 
@@ -52,14 +52,6 @@ class clsArrayString : public Object, private detail::ValueArray<String, 4, 2> {
 
   // Each text wrapped in vsDelimiterChar, joined by ",". Nothing inside the texts is escaped.
   String getItemsAsList(StringView vsDelimiterChar = u"") const;
-
-  // The object copy interface: this class names itself, accepts copy requests and ignores them,
-  // produces no copy and answers no parameter.
-  String getClassIdAsString() const { return String(kClassName); }
-  void copyObject(const ObjectRef& /*voObjectToCopy*/, int32_t /*vlCopyWhat*/ = -1) {}
-  void copyToObject(const ObjectRef& /*voCopyTo*/, int32_t /*vlCopyWhat*/ = -1) {}
-  ObjectRef generateCopy(int32_t /*vlCopyWhat*/ = -1) { return nullptr; }
-  Variant getParameterValue(StringView /*vsParameterName*/) const { return Variant(); }
 };
 
 }  // namespace ravelin

@@ -23,7 +23,8 @@
 
 namespace ravelin {
 
-// The automation type of a C++ parameter or result type, and the conversion of an argument.
+// The automation type of a C++ parameter or result type, and the conversion of an argument. A
+// type that is not a Variant alternative (a record) also says how it becomes one (`to`).
 template <typename T>
 struct AutomationType;
 
@@ -109,6 +110,8 @@ Variant toVariant(R&& result) {
   using Plain = std::remove_cvref_t<R>;
   if constexpr (std::is_same_v<Plain, Variant>) {
     return std::forward<R>(result);
+  } else if constexpr (requires { AutomationType<Plain>::to(result); }) {
+    return AutomationType<Plain>::to(result);
   } else if constexpr (requires { typename Plain::element_type; }) {
     return Variant(ObjectRef(std::forward<R>(result)));
   } else {

@@ -6,6 +6,7 @@
 #include <ravelin/containers/cls_array_long.hpp>
 #include <ravelin/containers/cls_array_single.hpp>
 #include <ravelin/containers/cls_array_string.hpp>
+#include <ravelin/containers/container_catalogue.hpp>
 #include <ravelin/frame/class_registry.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
@@ -35,6 +36,9 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.addClass(DateFunctions::describe());
   registry.addClass(MathFunctions::describe());
   registry.addClass(StringFunctions::describe());
+  registerPairArrays(registry);
+  registerObjectArrays(registry);
+  registerCollections(registry);
 
   registry.addEnum(
       EnumInfo{u"enumCommonCode_ErrorCodes",

@@ -1,0 +1,63 @@
+#include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/error.hpp>
+#include <ravelin/frame/records.hpp>
+
+namespace ravelin {
+namespace {
+
+constexpr StringView kStringLong = u"udtStringLong";
+constexpr StringView kVariObject = u"udtVariObject";
+constexpr StringView kKeyValuePair = u"udtKeyValuePair";
+
+const Record& recordOfType(const Variant& value, StringView typeName) {
+  if (!value.isRecord() || !equalsIgnoreCase(value.asRecord().typeName, typeName)) {
+    raiseRuntimeError(vb_error::kTypeMismatch);
+  }
+  return value.asRecord();
+}
+
+const Variant& fieldOf(const Record& record, StringView name) {
+  const Variant* field = record.field(name);
+  if (field == nullptr) raiseRuntimeError(vb_error::kTypeMismatch);
+  return *field;
+}
+
+ObjectRef objectOf(const Variant& value) {
+  if (!value.isObject()) raiseRuntimeError(vb_error::kTypeMismatch);
+  return value.asObject();
+}
+
+}  // namespace
+
+Record toRecord(const udtStringLong& value) {
+  return Record{String(kStringLong), {{u"sValue", value.sValue}, {u"lValue", value.lValue}}};
+}
+
+Record toRecord(const udtVariObject& value) {
+  return Record{String(kVariObject),
+                {{u"eVntValueType", static_cast<int32_t>(value.eVntValueType)},
+                 {u"vntValue", value.vntValue},
+                 {u"oValue", value.oValue}}};
+}
+
+Record toRecord(const udtKeyValuePair& value) {
+  return Record{String(kKeyValuePair), {{u"sKey", value.sKey}, {u"vntValue", value.vntValue}}};
+}
+
+udtStringLong udtStringLongFrom(const Variant& value) {
+  const Record& record = recordOfType(value, kStringLong);
+  return {CStr(fieldOf(record, u"sValue")), CLng(fieldOf(record, u"lValue"))};
+}
+
+udtVariObject udtVariObjectFrom(const Variant& value) {
+  const Record& record = recordOfType(value, kVariObject);
+  return {static_cast<VarType>(CLng(fieldOf(record, u"eVntValueType"))),
+          fieldOf(record, u"vntValue"), objectOf(fieldOf(record, u"oValue"))};
+}
+
+udtKeyValuePair udtKeyValuePairFrom(const Variant& value) {
+  const Record& record = recordOfType(value, kKeyValuePair);
+  return {CStr(fieldOf(record, u"sKey")), fieldOf(record, u"vntValue")};
+}
+
+}  // namespace ravelin
