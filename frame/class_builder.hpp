@@ -13,13 +13,12 @@
 #include <cstddef>
 #include <initializer_list>
 #include <memory>
-#include <tuple>
-#include <type_traits>
-#include <utility>
-
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/member_table.hpp>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 
 namespace ravelin {
 
@@ -28,11 +27,11 @@ namespace ravelin {
 template <typename T>
 struct AutomationType;
 
-#define RAVELIN_AUTOMATION_TYPE(CppType, Tag, Convert)                          \
-  template <>                                                                   \
-  struct AutomationType<CppType> {                                              \
-    static constexpr VarType kType = VarType::Tag;                              \
-    static CppType from(const Variant& value) { return Convert(value); }        \
+#define RAVELIN_AUTOMATION_TYPE(CppType, Tag, Convert)                   \
+  template <>                                                            \
+  struct AutomationType<CppType> {                                       \
+    static constexpr VarType kType = VarType::Tag;                       \
+    static CppType from(const Variant& value) { return Convert(value); } \
   }
 RAVELIN_AUTOMATION_TYPE(int16_t, Integer, CInt);
 RAVELIN_AUTOMATION_TYPE(int32_t, Long, CLng);
@@ -49,6 +48,15 @@ template <>
 struct AutomationType<Variant> {
   static constexpr VarType kType = VarType::Variant;
   static Variant from(const Variant& value) { return value; }
+};
+
+// A public enumeration travels as a Long; any Long is accepted, as the runtime does.
+template <typename E>
+requires std::is_enum_v<E>
+struct AutomationType<E> {
+  static constexpr VarType kType = VarType::Long;
+  static E from(const Variant& value) { return static_cast<E>(CLng(value)); }
+  static Variant to(E value) { return Variant(static_cast<int32_t>(value)); }
 };
 
 // An object parameter takes an object reference or Nothing; anything else is a type mismatch,
@@ -194,24 +202,25 @@ class ClassBuilder {
   // A member the class takes over from a base (`using Base::add;`). A class with a private base
   // befriends its builder so that the conversion is allowed here.
   template <typename B, typename R, typename... A>
-    requires(std::is_base_of_v<B, C> && !std::is_same_v<B, C>)
-  ClassBuilder& add(MemberKind kind, StringView name, R (B::*fn)(A...),
-                    std::initializer_list<Param> params) {
+  requires(std::is_base_of_v<B, C> && !std::is_same_v<B, C>) ClassBuilder& add(
+      MemberKind kind, StringView name, R (B::*fn)(A...), std::initializer_list<Param> params) {
     return addCall<R, A...>(kind, name, params, [fn](C& self, A... a) -> R {
       return (static_cast<B&>(self).*fn)(std::forward<A>(a)...);
     });
   }
   template <typename B, typename R, typename... A>
-    requires(std::is_base_of_v<B, C> && !std::is_same_v<B, C>)
-  ClassBuilder& add(MemberKind kind, StringView name, R (B::*fn)(A...) const,
-                    std::initializer_list<Param> params) {
+  requires(std::is_base_of_v<B, C> &&
+           !std::is_same_v<B, C>) ClassBuilder& add(MemberKind kind, StringView name,
+                                                    R (B::*fn)(A...) const,
+                                                    std::initializer_list<Param> params) {
     return addCall<R, A...>(kind, name, params, [fn](C& self, A... a) -> R {
       return (static_cast<const B&>(self).*fn)(std::forward<A>(a)...);
     });
   }
   // A lambda taking the object first: [](C& self, int16_t index) { ... }.
   template <typename L>
-  ClassBuilder& add(MemberKind kind, StringView name, L lambda, std::initializer_list<Param> params) {
+  ClassBuilder& add(MemberKind kind, StringView name, L lambda,
+                    std::initializer_list<Param> params) {
     using Signature = detail::LambdaSignature<decltype(&L::operator())>;
     return [&]<typename... A>(std::tuple<A...>*) -> ClassBuilder& {
       return addCall<typename Signature::Result, A...>(kind, name, params, lambda);
@@ -242,7 +251,8 @@ class ClassBuilder {
         info.name = u"value";
       }
       if (info.optional && info.defaultValue.isEmpty()) {
-        info.defaultValue = info.type == VarType::Variant ? Variant::missing() : zeroValueOf(info.type);
+        info.defaultValue =
+            info.type == VarType::Variant ? Variant::missing() : zeroValueOf(info.type);
       }
       member.parameters.push_back(std::move(info));
     }

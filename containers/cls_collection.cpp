@@ -1,0 +1,43 @@
+#include <ravelin/containers/cls_collection.hpp>
+#include <ravelin/containers/collection_members.hpp>
+#include <ravelin/frame/error.hpp>
+
+namespace ravelin {
+
+Variant clsCollection::item(const Variant& vvntIndexKey, bool vbRaiseError) const {
+  return itemOrEmpty(vvntIndexKey, vbRaiseError, kClassName, u".item()");
+}
+
+ObjectRef clsCollection::ItemObject(const Variant& vvntIndexKey, bool vbRaiseError) const {
+  Variant found = itemOrEmpty(vvntIndexKey, vbRaiseError, kClassName, u".ItemObject()");
+  if (found.isObject()) return found.asObject();
+  if (vbRaiseError) raiseRuntimeError(vb_error::kTypeMismatch);
+  return nullptr;
+}
+
+bool clsCollection::enumerate(std::vector<Variant>& items) const {
+  items.clear();
+  items.reserve(static_cast<std::size_t>(getCount()));
+  this->items().forEach([&items](const Variant& item, StringView, bool) { items.push_back(item); });
+  return true;
+}
+
+ClassInfo clsCollection::describe() {
+  ClassBuilder<clsCollection> builder(kClassName);
+  publishCopyInterface(builder);
+  publishCollectionMembers(builder);
+  return builder
+      .method(u"item",
+              [](clsCollection& self, const Variant& indexKey, bool& raise) {
+                return self.item(indexKey, raise);
+              },
+              {u"vvntIndexKey", optional(u"vbRaiseError", false)})
+      .method(u"ItemObject",
+              [](clsCollection& self, const Variant& indexKey, bool raise) {
+                return self.ItemObject(indexKey, raise);
+              },
+              {u"vvntIndexKey", optional(u"vbRaiseError", false)})
+      .build();
+}
+
+}  // namespace ravelin

@@ -1,0 +1,80 @@
+#include <new>
+#include <ravelin/containers/collection_rules.hpp>
+#include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/error.hpp>
+
+namespace ravelin::detail {
+
+bool CollectionRules::add(Variant vvntItem, StringView vsKey, bool vbOverride,
+                          bool vbIgnoreErrorIfAlreadyExists) {
+  try {
+    items_.add(vvntItem, vsKey);
+    return true;
+  } catch (const AutomationError& error) {
+    if ((!vbOverride && !vbIgnoreErrorIfAlreadyExists) ||
+        error.number() != vb_error::kDuplicateKey) {
+      return false;
+    }
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  if (vbIgnoreErrorIfAlreadyExists) return true;
+  try {
+    items_.remove(vsKey);
+    items_.add(std::move(vvntItem), vsKey);
+    return true;
+  } catch (const AutomationError&) {
+    return false;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+bool CollectionRules::itemExists(StringView vsKey) const {
+  return items_.find(vsKey) != nullptr;
+}
+
+bool CollectionRules::setNewValueForItem(const Variant& vvntIndexKey, Variant vvntValue) {
+  if (!vvntIndexKey.isString()) return false;
+  const StringView key = vvntIndexKey.asString();
+  if (items_.find(key) == nullptr) return false;
+  try {
+    items_.remove(key);
+    items_.add(std::move(vvntValue), key);
+    return true;
+  } catch (const AutomationError&) {
+    return false;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+bool CollectionRules::remove(const Variant& vvntIndexKey) {
+  try {
+    items_.remove(vvntIndexKey);
+    return true;
+  } catch (const AutomationError&) {
+    return false;
+  }
+}
+
+void CollectionRules::removeAll() {
+  for (int32_t position = items_.count(); position >= 1; --position)
+    items_.remove(position);
+}
+
+Variant CollectionRules::itemOrEmpty(const Variant& vvntIndexKey, bool raise, StringView classId,
+                                     StringView operation) const {
+  if (vvntIndexKey.isString()) {
+    const StringView key = vvntIndexKey.asString();
+    if (const Variant* item = items_.find(key)) return *item;
+    if (raise) raiseStyleA(CCEC_ItemNotFound, classId, operation);
+    return Variant();
+  }
+  const int32_t position = CLng(vvntIndexKey);
+  if (position >= 1 && position <= items_.count()) return items_.item(position);
+  if (raise) raiseStyleA(CCEC_InvalidIndex, classId, operation);
+  return Variant();
+}
+
+}  // namespace ravelin::detail
