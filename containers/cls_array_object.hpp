@@ -1,0 +1,69 @@
+// clsArrayObject: a growable, 0-based list of IObject references with 16-bit (Integer) indexes.
+//
+// Created with 20 slots, growing two at a time; the slot count is an Integer, so the array
+// holds at most 32767 references and an add past that answers false. Removals follow the value
+// arrays: the freed slot is emptied at once, releasing its reference, and removeAll empties every
+// used slot. Its identifier text is "clsObjectArray", and its errors name the class by that text
+// too, as the library's errors do wherever the identifier differs from the class name: a bad
+// index on item raises CCEC_InvalidIndex in style A, "clsObjectArray.getItem()", and on setItem
+// "clsObjectArray.setItem()". The copy interface accepts every request and ignores it.
+#pragma once
+
+#include <cstdint>
+#include <ravelin/containers/slot_array.hpp>
+#include <ravelin/frame/member_table.hpp>
+#include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/text.hpp>
+
+namespace ravelin {
+
+class clsArrayObject : public IgnoringCopyObject,
+                       private detail::SlotArray<IObjectRef, int16_t, detail::FreedSlots::Cleared> {
+  using Base = detail::SlotArray<IObjectRef, int16_t, detail::FreedSlots::Cleared>;
+
+  friend class ClassBuilder<clsArrayObject>;
+
+ public:
+  static constexpr StringView kClassName = u"clsArrayObject";
+  // The identifier text, which the class's errors use as well.
+  static constexpr StringView kClassId = u"clsObjectArray";
+
+  // An empty array with 20 slots that grows two slots at a time.
+  clsArrayObject() : IgnoringCopyObject(kClassId), Base(20, 2) {}
+
+  StringView className() const override { return kClassName; }
+
+  // The member table late-bound callers see.
+  static ClassInfo describe();
+
+  using Base::getCount;
+  using Base::removeAll;
+  using Base::setArraySizeWithEmptyValues;
+  using Base::slotCount;
+
+  // The read-only Count property: the same number as getCount.
+  int16_t Count() const { return getCount(); }
+
+  // Appends a reference (Nothing too); true, or false when the array cannot grow (it is then
+  // unchanged).
+  bool add(IObjectRef voValue) { return tryAdd(std::move(voValue)); }
+
+  // Rebuilds the storage for viSize slots, keeping the references when vbPreserveValues. The
+  // count becomes 0 when vbResetCountVariable, and is otherwise only lowered to viSize.
+  void allocateSpacePublic(int16_t viSize, bool vbPreserveValues = true,
+                           bool vbResetCountVariable = false) {
+    Base::allocateSpacePublic(viSize, vbPreserveValues, vbResetCountVariable);
+  }
+
+  // The reference at viIndex (0 to count - 1).
+  IObjectRef item(int16_t viIndex) const;
+  // Replaces the reference at viIndex (0 to count - 1); the index comes first.
+  void setItem(int16_t viIndex, IObjectRef voValue);
+
+  // Removes one reference keeping the order of the others; false on a bad index.
+  bool removeItem(int16_t viIndex) { return remove(viIndex); }
+  // Removes the last reference; false when empty.
+  bool removeLastItem() { return removeLast(); }
+};
+
+}  // namespace ravelin

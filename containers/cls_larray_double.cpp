@@ -1,0 +1,36 @@
+#include <ravelin/containers/cls_larray_double.hpp>
+#include <ravelin/frame/class_builder.hpp>
+
+namespace ravelin {
+
+double clsLArrayDouble::item(int32_t vlIndex) const {
+  if (!isUsed(vlIndex)) raiseError(CCEC_InvalidIndex, String(), u"clsLArrayDouble.item()");
+  return at(vlIndex);
+}
+
+void clsLArrayDouble::letItem(int32_t vlIndex, double vdValue) {
+  if (!isUsed(vlIndex)) raiseError(CCEC_InvalidIndex, String(), u"clsLArrayDouble.item.let()");
+  at(vlIndex) = vdValue;
+}
+
+ClassInfo clsLArrayDouble::describe() {
+  ClassBuilder<clsLArrayDouble> builder(kClassName);
+  return publishCopyInterface(builder)
+      .method(u"add", &clsLArrayDouble::add, {u"vdValue"})
+      .method(u"allocateSpacePublic",
+              [](clsLArrayDouble& self, int32_t size, bool& preserveValues, bool& resetCount) {
+                self.allocateSpacePublic(size, preserveValues, resetCount);
+              },
+              {u"vlSize", optional(u"vbPreserveValues", true),
+               optional(u"vbResetCountVariable", false)})
+      .get(u"item", &clsLArrayDouble::item, {u"vlIndex"})
+      .let(u"item", &clsLArrayDouble::letItem, {u"vlIndex", u"vdValue"})
+      .method(u"remove", [](clsLArrayDouble& self, int32_t index) { return self.remove(index); },
+              {u"vlIndex"})
+      .method(u"removeLast", &clsLArrayDouble::removeLast)
+      .method(u"removeAll", &clsLArrayDouble::removeAll)
+      .method(u"getCount", &clsLArrayDouble::getCount)
+      .build();
+}
+
+}  // namespace ravelin

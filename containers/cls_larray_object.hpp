@@ -1,0 +1,59 @@
+// clsLArrayObject: a growable, 0-based list of object references with Long indexes.
+//
+// Created with 500 slots, growing two at a time. A removal only lowers the count: the freed slot
+// keeps its reference, so a removed object stays alive until the slot is overwritten by a later
+// add, the storage is rebuilt (allocateSpacePublic) or the array is destroyed. A bad index on
+// item raises CCEC_InvalidIndex with an empty source and the whole text, "clsLArrayObject.item()",
+// in the description. The copy interface refuses to copy (style A) and answers no parameter.
+#pragma once
+
+#include <cstdint>
+#include <ravelin/containers/slot_array.hpp>
+#include <ravelin/frame/member_table.hpp>
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/text.hpp>
+
+namespace ravelin {
+
+class clsLArrayObject : public RefusingCopyObject,
+                        private detail::SlotArray<ObjectRef, int32_t, detail::FreedSlots::Kept> {
+  using Base = detail::SlotArray<ObjectRef, int32_t, detail::FreedSlots::Kept>;
+
+  friend class ClassBuilder<clsLArrayObject>;
+
+ public:
+  static constexpr StringView kClassName = u"clsLArrayObject";
+
+  // An empty array with 500 slots that grows two slots at a time.
+  clsLArrayObject() : RefusingCopyObject(kClassName), Base(500, 2) {}
+
+  StringView className() const override { return kClassName; }
+
+  // The member table late-bound callers see.
+  static ClassInfo describe();
+
+  using Base::getCount;
+  using Base::remove;
+  using Base::removeAll;
+  using Base::removeLast;
+  using Base::slotCount;
+
+  // Appends a reference (Nothing too), growing when full; true. A growth past the storage limit
+  // raises out of memory (7).
+  bool add(ObjectRef voValue);
+
+  // Rebuilds the storage for vlSize slots, keeping the references when vbPreserveValues. The
+  // count becomes 0 when vbResetCountVariable, and is otherwise only lowered to vlSize.
+  void allocateSpacePublic(int32_t vlSize, bool vbPreserveValues = true,
+                           bool vbResetCountVariable = false) {
+    Base::allocateSpacePublic(vlSize, vbPreserveValues, vbResetCountVariable);
+  }
+
+  // The reference at vlIndex (0 to count - 1).
+  ObjectRef item(int32_t vlIndex) const;
+  // Replaces the reference at vlIndex (0 to count - 1).
+  void setItem(int32_t vlIndex, ObjectRef voValue);
+};
+
+}  // namespace ravelin
