@@ -1,0 +1,186 @@
+#include <algorithm>
+#include <memory>
+#include <ravelin/containers/cls_array_string2.hpp>
+#include <ravelin/frame/class_builder.hpp>
+#include <utility>
+
+namespace ravelin {
+namespace {
+
+// The text without leading and trailing spaces (only U+0020, as Trim removes).
+StringView trimSpaces(StringView text) {
+  const auto first = text.find_first_not_of(u' ');
+  if (first == StringView::npos) return StringView();
+  return text.substr(first, text.find_last_not_of(u' ') - first + 1);
+}
+
+}  // namespace
+
+bool clsArrayString2::add(String vsKey, String vsValue) {
+  return rows_.append(Row{std::move(vsKey), std::move(vsValue)});
+}
+
+clsArrayString2::Row& clsArrayString2::storedRow(int16_t index) {
+  if (!rows_.isStored(index)) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
+  return rows_.row(index);
+}
+
+const clsArrayString2::Row& clsArrayString2::storedRow(int16_t index) const {
+  if (!rows_.isStored(index)) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
+  return rows_.row(index);
+}
+
+void clsArrayString2::setItemForKey(StringView vsKey, String vsValue) {
+  for (int32_t i = rows_.count() - 1; i >= 0; --i) {
+    if (rows_.row(i).key == vsKey) {
+      rows_.row(i).value = std::move(vsValue);
+      return;
+    }
+  }
+}
+
+bool clsArrayString2::RemoveItemWithKey(StringView vsKey) {
+  for (int32_t i = rows_.count() - 1; i >= 0; --i) {
+    if (rows_.row(i).key == vsKey) return rows_.removeItem(i);
+  }
+  return false;
+}
+
+void clsArrayString2::orderValues() {
+  // Row i always holds the smallest value seen so far in the scan of the rows after it; a
+  // strictly smaller value is exchanged in, whole row with its key.
+  const int32_t count = rows_.count();
+  for (int32_t i = 0; i < count; ++i) {
+    for (int32_t j = i + 1; j < count; ++j) {
+      if (rows_.row(i).value > rows_.row(j).value) std::swap(rows_.row(i), rows_.row(j));
+    }
+  }
+}
+
+void clsArrayString2::resetSearch() {
+  searchPosition_ = rows_.count();
+  searchText_.clear();
+}
+
+String clsArrayString2::getNextValueForKey(StringView vsKey, bool& vbFound, bool vbIgnoreCase) {
+  return nextMatch(vsKey, Column::kKey, vbFound, vbIgnoreCase);
+}
+
+String clsArrayString2::getNextKeyForValue(StringView vsExpression, bool& vbFound,
+                                           bool vbIgnoreCase) {
+  return nextMatch(vsExpression, Column::kValue, vbFound, vbIgnoreCase);
+}
+
+String clsArrayString2::nextMatch(StringView text, Column matchOn, bool& found, bool ignoreCase) {
+  found = false;
+  const StringView trimmed = trimSpaces(text);
+  if (trimmed.empty()) return String();
+  if (!searchActive_ || trimmed != searchText_) {
+    searchPosition_ = rows_.count();
+    searchText_ = String(trimmed);
+    searchActive_ = true;
+  }
+  // Rows removed since the walk started are not revisited: the walk never starts above the
+  // count, so a spare row is never taken for a match.
+  const StringView wanted = searchText_;
+  for (int32_t i = std::min<int32_t>(searchPosition_, rows_.count()) - 1; i >= 0; --i) {
+    const Row& row = rows_.row(i);
+    const String& candidate = matchOn == Column::kKey ? row.key : row.value;
+    if (ignoreCase ? equalsIgnoreCase(candidate, wanted) : candidate == wanted) {
+      searchPosition_ = i;
+      found = true;
+      return matchOn == Column::kKey ? row.value : row.key;
+    }
+  }
+  searchPosition_ = 0;
+  return String();
+}
+
+String clsArrayString2::joinColumn(Column column, StringView delimiter) const {
+  const int32_t count = rows_.count();
+  String out;
+  if (count == 0) return out;
+  std::size_t units = 0;
+  for (int32_t i = 0; i < count; ++i) {
+    const Row& row = rows_.row(i);
+    units += (column == Column::kKey ? row.key : row.value).size() + 2 * delimiter.size() + 1;
+  }
+  out.reserve(units);
+  for (int32_t i = 0; i < count; ++i) {
+    const Row& row = rows_.row(i);
+    out += delimiter;
+    out += column == Column::kKey ? row.key : row.value;
+    out += delimiter;
+    out += u',';
+  }
+  out.pop_back();
+  return out;
+}
+
+String clsArrayString2::getItemsAsList(StringView vsDelimiterChar) const {
+  return joinColumn(Column::kValue, vsDelimiterChar);
+}
+
+String clsArrayString2::getItemKeysAsList(StringView vsDelimiterChar) const {
+  return joinColumn(Column::kKey, vsDelimiterChar);
+}
+
+void clsArrayString2::copyRowsFrom(const clsArrayString2& source) {
+  if (&source == this) return;
+  // Built aside and swapped in, so that a failure (out of memory) leaves this array as it was.
+  detail::PairRows<Row> copy(0, rows_.slotIncrement());
+  copy.allocateSpace(source.getCount(), false);
+  for (int32_t i = 0; i < source.getCount(); ++i)
+    copy.row(i) = source.rows_.row(i);
+  rows_ = std::move(copy);
+}
+
+void clsArrayString2::copyObject(const IObjectRef& voObjectToCopy, int32_t /*vlCopyWhat*/) {
+  copyRowsFrom(*copySourceAs<clsArrayString2>(voObjectToCopy));
+}
+
+IObjectRef clsArrayString2::generateCopy(int32_t /*vlCopyWhat*/) {
+  auto copy = std::make_shared<clsArrayString2>();
+  copy->copyRowsFrom(*this);
+  return copy;
+}
+
+ClassInfo clsArrayString2::describe() {
+  using Self = clsArrayString2;
+  ClassBuilder<Self> builder(kClassName);
+  return publishCopyInterface(builder)
+      .method(u"add", &Self::add, {u"vsKey", u"vsValue"})
+      .method(u"setArraySizeWithEmptyValues", &Self::setArraySizeWithEmptyValues, {u"viCount"})
+      .get(u"item", &Self::item, {u"viIndex"})
+      .get(u"ItemKey", &Self::ItemKey, {u"viIndex"})
+      .method(u"setItem", &Self::setItem, {u"vsValue", u"viIndex"})
+      .method(u"setItemKey", &Self::setItemKey, {u"vsValue", u"viIndex"})
+      .method(u"setItemForKey", &Self::setItemForKey, {u"vsKey", u"vsValue"})
+      .method(u"removeItem", &Self::removeItem, {u"viIndex"})
+      .method(u"RemoveItemWithKey", &Self::RemoveItemWithKey, {u"vsKey"})
+      .method(u"removeLastItem", &Self::removeLastItem)
+      .method(u"orderValues", &Self::orderValues)
+      .method(u"resetSearch", &Self::resetSearch)
+      .method(u"getNextValueForKey",
+              [](Self& self, const String& key, bool& found, bool& ignoreCase) {
+                return self.getNextValueForKey(key, found, ignoreCase);
+              },
+              {u"vsKey", u"vbFound", optional(u"vbIgnoreCase", false)})
+      .method(u"getNextKeyForValue",
+              [](Self& self, const String& expression, bool& found, bool& ignoreCase) {
+                return self.getNextKeyForValue(expression, found, ignoreCase);
+              },
+              {u"vsExpression", u"vbFound", optional(u"vbIgnoreCase", false)})
+      .method(u"getCount", &Self::getCount)
+      .get(u"Count", &Self::Count)
+      .method(u"getItemsAsList",
+              [](Self& self, String& delimiter) { return self.getItemsAsList(delimiter); },
+              {optional(u"vsDelimiterChar", String())})
+      .method(u"getItemKeysAsList",
+              [](Self& self, String& delimiter) { return self.getItemKeysAsList(delimiter); },
+              {optional(u"vsDelimiterChar", String())})
+      .method(u"setSlotIncrement", &Self::setSlotIncrement, {u"viValue"})
+      .build();
+}
+
+}  // namespace ravelin
