@@ -51,7 +51,7 @@ bool CollectionRules::setNewValueForItem(const Variant& vvntIndexKey, Variant vv
 
 bool CollectionRules::remove(const Variant& vvntIndexKey) {
   try {
-    items_.remove(vvntIndexKey);
+    items_.removeAt(vvntIndexKey);
     return true;
   } catch (const AutomationError&) {
     return false;

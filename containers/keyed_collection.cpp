@@ -55,7 +55,7 @@ const Variant& KeyedCollection::item(StringView key) const {
   return found->second->item;
 }
 
-const Variant& KeyedCollection::item(const Variant& positionOrKey) const {
+const Variant& KeyedCollection::itemAt(const Variant& positionOrKey) const {
   if (positionOrKey.isString()) return item(StringView(positionOrKey.asString()));
   return item(CLng(positionOrKey));
 }
@@ -100,7 +100,7 @@ void KeyedCollection::remove(StringView key) {
   eraseAt(indexOf(found->second));
 }
 
-void KeyedCollection::remove(const Variant& positionOrKey) {
+void KeyedCollection::removeAt(const Variant& positionOrKey) {
   if (positionOrKey.isString()) return remove(StringView(positionOrKey.asString()));
   remove(CLng(positionOrKey));
 }

@@ -37,7 +37,7 @@ class KeyedCollection {
   const Variant& item(StringView key) const;
   // A text argument is a key; any other value is a position as CLng reads it (so Null raises
   // 94, an array or object 13, a number past the Long range 6).
-  const Variant& item(const Variant& positionOrKey) const;
+  const Variant& itemAt(const Variant& positionOrKey) const;
 
   // The key of the item at a position (9 outside 1 to count); empty for an item without one.
   StringView keyAt(int32_t position) const;
@@ -49,10 +49,11 @@ class KeyedCollection {
   // The 1-based position of the item under a key, or 0 when no item has it (a scan).
   int32_t positionOf(StringView key) const;
 
-  // Removes one item (errors as for item); the items after it move up one position.
+  // Removes one item (errors as for item); the items after it move up one position. removeAt
+  // reads its argument as itemAt does.
   void remove(int32_t position);
   void remove(StringView key);
-  void remove(const Variant& positionOrKey);
+  void removeAt(const Variant& positionOrKey);
 
   void clear();
 

@@ -227,21 +227,40 @@ Variant Evaluator::evalApply(Frame& frame, const ApplyExpr& apply) {
   raiseScriptError(vb_error::kTypeMismatch);
 }
 
+Variant Evaluator::targetOf(Frame& frame, const MemberExpr& member) {
+  if (member.object != nullptr) return eval(frame, *member.object);
+  if (!frame.withObjects.empty()) return frame.withObjects.back();
+  return Variant();
+}
+
 ObjectRef Evaluator::objectOf(Frame& frame, const MemberExpr& member) {
-  Variant target;
-  if (member.object != nullptr) {
-    target = eval(frame, *member.object);
-  } else if (!frame.withObjects.empty()) {
-    target = frame.withObjects.back();
-  }
+  const Variant target = targetOf(frame, member);
   if (!target.isObject()) raiseScriptError(vb_error::kObjectRequired);
   return target.asObject();
 }
 
 Variant Evaluator::evalMember(Frame& frame, const MemberExpr& member,
                               const std::vector<Argument>* args, bool asStatement) {
-  const ObjectRef object = objectOf(frame, member);
-  return callObject(frame, object, member.name, args, asStatement);
+  const Variant target = targetOf(frame, member);
+  if (target.isRecord()) {
+    // A record's field reads like a property without arguments.
+    const Variant* field = target.asRecord().field(member.name);
+    if (field == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
+    if (args != nullptr && !args->empty()) raiseScriptError(vb_error::kTypeMismatch);
+    return *field;
+  }
+  if (!target.isObject()) raiseScriptError(vb_error::kObjectRequired);
+  return callObject(frame, target.asObject(), member.name, args, asStatement);
+}
+
+bool Evaluator::assignRecordField(Frame& frame, const MemberExpr& member, Variant& value) {
+  if (member.object == nullptr || member.object->kind != ExprKind::Name) return false;
+  Variant* variable = variableOf(frame, static_cast<const NameExpr&>(*member.object), false);
+  if (variable == nullptr || !variable->isRecord()) return false;
+  Variant* field = variable->mutableRecord().field(member.name);
+  if (field == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
+  *field = std::move(value);
+  return true;
 }
 
 Variant* Evaluator::referenceTo(Frame& frame, const Expr& expression,
@@ -503,6 +522,7 @@ void Evaluator::assign(Frame& frame, const Expr& target, Variant value, bool isS
     }
     case ExprKind::Member: {
       const auto& member = static_cast<const MemberExpr&>(target);
+      if (!isSet && assignRecordField(frame, member, value)) return;
       callObject(frame, objectOf(frame, member), member.name, nullptr, false, &value, isSet);
       return;
     }

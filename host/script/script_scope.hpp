@@ -173,6 +173,10 @@ class Evaluator {
                      bool asStatement);
   Variant evalBinary(Frame& frame, const BinaryExpr& binary);
   ObjectRef objectOf(Frame& frame, const MemberExpr& member);
+  // What a member expression is applied to: its object expression, or the innermost With.
+  Variant targetOf(Frame& frame, const MemberExpr& member);
+  // record.field = value, for a record held by a variable; false when the target is not one.
+  bool assignRecordField(Frame& frame, const MemberExpr& member, Variant& value);
   Variant indexArray(const Variant& array, Frame& frame, const std::vector<Argument>& args);
   std::vector<int32_t> subscriptsOf(Frame& frame, const std::vector<Argument>& args);
   Variant callBuiltin(Frame& frame, const Builtin& builtin, const std::vector<Argument>* args);
