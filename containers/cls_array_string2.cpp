@@ -82,18 +82,23 @@ String clsArrayString2::nextMatch(StringView text, Column matchOn, bool& found, 
   }
   // Rows removed since the walk started are not revisited: the walk never starts above the
   // count, so a spare row is never taken for a match.
+  const int32_t start = std::min<int32_t>(searchPosition_, rows_.count());
+  String Row::*const column = matchOn == Column::kKey ? &Row::key : &Row::value;
   const StringView wanted = searchText_;
-  for (int32_t i = std::min<int32_t>(searchPosition_, rows_.count()) - 1; i >= 0; --i) {
-    const Row& row = rows_.row(i);
-    const String& candidate = matchOn == Column::kKey ? row.key : row.value;
-    if (ignoreCase ? equalsIgnoreCase(candidate, wanted) : candidate == wanted) {
-      searchPosition_ = i;
-      found = true;
-      return matchOn == Column::kKey ? row.value : row.key;
-    }
+  // One loop per comparison, so that the row loop itself carries no branch on the mode.
+  const int32_t match =
+      ignoreCase
+          ? lastMatchBelow(start, column,
+                           [wanted](StringView text) { return equalsIgnoreCase(text, wanted); })
+          : lastMatchBelow(start, column, [wanted](StringView text) { return text == wanted; });
+  if (match < 0) {
+    searchPosition_ = 0;
+    return String();
   }
-  searchPosition_ = 0;
-  return String();
+  searchPosition_ = match;
+  found = true;
+  const Row& row = rows_.row(match);
+  return matchOn == Column::kKey ? row.value : row.key;
 }
 
 String clsArrayString2::joinColumn(Column column, StringView delimiter) const {

@@ -113,6 +113,15 @@ class clsArrayString2 : public IgnoringCopyObject {
   // getNextKeyForValue (the other way round).
   String nextMatch(StringView text, Column matchOn, bool& found, bool ignoreCase);
 
+  // The highest row below `below` whose column text satisfies matches, or -1.
+  template <typename Matches>
+  int32_t lastMatchBelow(int32_t below, String Row::*column, Matches matches) const {
+    for (int32_t i = below - 1; i >= 0; --i) {
+      if (matches(rows_.row(i).*column)) return i;
+    }
+    return -1;
+  }
+
   String joinColumn(Column column, StringView delimiter) const;
 
   detail::PairRows<Row> rows_;
