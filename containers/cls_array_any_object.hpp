@@ -5,8 +5,9 @@
 // holds at most 32767 references and an add past that answers false. Removals follow the value
 // arrays: the freed slot is emptied at once, releasing its reference, and removeAll empties every
 // used slot. A bad index on item raises CCEC_InvalidIndex in style A,
-// "clsArrayAnyObject.getItem()", and on setItem "clsArrayAnyObject.setItem()". The copy
-// interface accepts every request and ignores it.
+// "clsArrayAnyObject.getItem()", and on setItem "clsArrayAnyObject.setItem()". add answers a
+// Boolean, as clsArrayString and the pair arrays do. The copy interface accepts every request
+// and ignores it.
 #pragma once
 
 #include <cstdint>

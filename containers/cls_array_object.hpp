@@ -6,7 +6,8 @@
 // used slot. Its identifier text is "clsObjectArray", and its errors name the class by that text
 // too, as the library's errors do wherever the identifier differs from the class name: a bad
 // index on item raises CCEC_InvalidIndex in style A, "clsObjectArray.getItem()", and on setItem
-// "clsObjectArray.setItem()". The copy interface accepts every request and ignores it.
+// "clsObjectArray.setItem()". add answers a Boolean, as clsArrayString and the pair arrays do.
+// The copy interface accepts every request and ignores it.
 #pragma once
 
 #include <cstdint>

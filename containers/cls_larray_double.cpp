@@ -25,8 +25,7 @@ ClassInfo clsLArrayDouble::describe() {
                optional(u"vbResetCountVariable", false)})
       .get(u"item", &clsLArrayDouble::item, {u"vlIndex"})
       .let(u"item", &clsLArrayDouble::letItem, {u"vlIndex", u"vdValue"})
-      .method(u"remove", [](clsLArrayDouble& self, int32_t index) { return self.remove(index); },
-              {u"vlIndex"})
+      .method(u"remove", &clsLArrayDouble::remove, {u"vlIndex"})
       .method(u"removeLast", &clsLArrayDouble::removeLast)
       .method(u"removeAll", &clsLArrayDouble::removeAll)
       .method(u"getCount", &clsLArrayDouble::getCount)

@@ -64,8 +64,7 @@ ClassInfo clsLArrayDouble2::describe() {
       .let(u"Item1", &clsLArrayDouble2::letItem1, {u"vlIndex", u"vdValue"})
       .get(u"Item2", &clsLArrayDouble2::Item2, {u"vlIndex"})
       .let(u"Item2", &clsLArrayDouble2::letItem2, {u"vlIndex", u"vdValue"})
-      .method(u"remove", [](clsLArrayDouble2& self, int32_t index) { return self.remove(index); },
-              {u"vlIndex"})
+      .method(u"remove", &clsLArrayDouble2::remove, {u"vlIndex"})
       .method(u"removeLast", &clsLArrayDouble2::removeLast)
       .method(u"removeAll", &clsLArrayDouble2::removeAll)
       .method(u"getCount", &clsLArrayDouble2::getCount)

@@ -86,9 +86,7 @@ ClassInfo clsLArrayLongObject::describe() {
       .method(u"removeWithKey", &clsLArrayLongObject::removeWithKey,
               {u"vlKey", optional(u"vbIgnoreNotFoundError", false),
                optional(u"vbRaiseNotFoundError", false)})
-      .method(u"remove",
-              [](clsLArrayLongObject& self, int32_t index) { return self.remove(index); },
-              {u"vlIndex"})
+      .method(u"remove", &clsLArrayLongObject::remove, {u"vlIndex"})
       .method(u"removeLast", &clsLArrayLongObject::removeLast)
       .method(u"removeAll", &clsLArrayLongObject::removeAll)
       .method(u"getCount", &clsLArrayLongObject::getCount)

@@ -38,8 +38,7 @@ ClassInfo clsLArrayObject::describe() {
                optional(u"vbResetCountVariable", false)})
       .get(u"item", &clsLArrayObject::item, {u"vlIndex"})
       .set(u"item", &clsLArrayObject::setItem, {u"vlIndex", u"voValue"})
-      .method(u"remove", [](clsLArrayObject& self, int32_t index) { return self.remove(index); },
-              {u"vlIndex"})
+      .method(u"remove", &clsLArrayObject::remove, {u"vlIndex"})
       .method(u"removeLast", &clsLArrayObject::removeLast)
       .method(u"removeAll", &clsLArrayObject::removeAll)
       .method(u"getCount", &clsLArrayObject::getCount)

@@ -126,9 +126,9 @@ class SlotArray {
 
   // Removes one element, keeping the order of the others; false for an index outside
   // 0 to count - 1.
-  bool remove(int64_t index) {
+  bool remove(Index index) {
     if (!isUsed(index)) return false;
-    const auto first = slots_.begin() + static_cast<std::ptrdiff_t>(index);
+    const auto first = slots_.begin() + index;
     const auto end = slots_.begin() + count_;
     // Kept: the elements are copied down, so the last one stays held in the freed slot too.
     if constexpr (kFreed == FreedSlots::Kept) {
