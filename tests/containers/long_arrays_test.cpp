@@ -106,12 +106,6 @@ TEST(ObjectArrayStorage, AllocateSpacePublic) {
     EXPECT_EQ(valuesOf(array), row.left);
     EXPECT_EQ(array.slotCount(), row.slotCount);
   }
-
-  // The slots above a lowered count keep their values; raising the count over them is add's job.
-  clsLArrayDouble array = arrayOf(ten);
-  array.allocateSpacePublic(5, true, true);
-  array.add(42);
-  EXPECT_EQ(valuesOf(array), std::vector<double>{42});
 }
 
 // Which of three objects stored in a new Array are alive after act (which may drop the array).
