@@ -86,9 +86,6 @@ class clsArrayString2 : public IgnoringCopyObject {
   // Sets the growth step; below 1 raises invalid procedure call (5).
   void setSlotIncrement(int16_t viValue) { rows_.setSlotIncrement(viValue); }
 
-  // Empties the array (count 0, storage kept); used by copyObject, not published.
-  void removeAll() { rows_.removeAll(); }
-
   // The copy interface: copyObject replaces the pairs with those of voObjectToCopy, which must
   // be a clsArrayString2 (91 for Nothing, 13 for another class); generateCopy returns a new
   // array holding the same pairs.
@@ -106,7 +103,8 @@ class clsArrayString2 : public IgnoringCopyObject {
   Row& storedRow(int16_t index);
   const Row& storedRow(int16_t index) const;
 
-  // Makes this array hold the used rows of source, sized for exactly their count.
+  // Makes this array hold the used rows of source, sized for exactly their count: what
+  // emptying the array, sizing it and copying row by row would leave.
   void copyRowsFrom(const clsArrayString2& source);
 
   // The search shared by getNextValueForKey (match on the key column, answer the value) and

@@ -112,12 +112,6 @@ class PairRows {
     return true;
   }
 
-  // Empties every used row and sets the count to 0; the storage is kept.
-  void removeAll() {
-    std::fill(rows_.begin(), rows_.begin() + count_, Row{});
-    count_ = 0;
-  }
-
  private:
   std::vector<Row> rows_;  // slot count + 1 rows
   // Kept in 32 bits so that a growth step can be checked for overflow before it is taken.
