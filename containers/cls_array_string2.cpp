@@ -17,31 +17,31 @@ StringView trimSpaces(StringView text) {
 }  // namespace
 
 bool clsArrayString2::add(String vsKey, String vsValue) {
-  return rows_.append(Row{std::move(vsKey), std::move(vsValue)});
+  return rows_.tryAdd(Row{std::move(vsKey), std::move(vsValue)});
 }
 
 clsArrayString2::Row& clsArrayString2::storedRow(int16_t index) {
   if (!rows_.isStored(index)) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
-  return rows_.row(index);
+  return rows_.at(index);
 }
 
 const clsArrayString2::Row& clsArrayString2::storedRow(int16_t index) const {
   if (!rows_.isStored(index)) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
-  return rows_.row(index);
+  return rows_.at(index);
 }
 
 void clsArrayString2::setItemForKey(StringView vsKey, String vsValue) {
-  for (int32_t i = rows_.count() - 1; i >= 0; --i) {
-    if (rows_.row(i).key == vsKey) {
-      rows_.row(i).value = std::move(vsValue);
+  for (int32_t i = rows_.getCount() - 1; i >= 0; --i) {
+    if (rows_.at(i).key == vsKey) {
+      rows_.at(i).value = std::move(vsValue);
       return;
     }
   }
 }
 
 bool clsArrayString2::RemoveItemWithKey(StringView vsKey) {
-  for (int32_t i = rows_.count() - 1; i >= 0; --i) {
-    if (rows_.row(i).key == vsKey) return rows_.removeItem(i);
+  for (int32_t i = rows_.getCount() - 1; i >= 0; --i) {
+    if (rows_.at(i).key == vsKey) return rows_.remove(static_cast<int16_t>(i));
   }
   return false;
 }
@@ -49,16 +49,16 @@ bool clsArrayString2::RemoveItemWithKey(StringView vsKey) {
 void clsArrayString2::orderValues() {
   // Row i always holds the smallest value seen so far in the scan of the rows after it; a
   // strictly smaller value is exchanged in, whole row with its key.
-  const int32_t count = rows_.count();
+  const int32_t count = rows_.getCount();
   for (int32_t i = 0; i < count; ++i) {
     for (int32_t j = i + 1; j < count; ++j) {
-      if (rows_.row(i).value > rows_.row(j).value) std::swap(rows_.row(i), rows_.row(j));
+      if (rows_.at(i).value > rows_.at(j).value) std::swap(rows_.at(i), rows_.at(j));
     }
   }
 }
 
 void clsArrayString2::resetSearch() {
-  searchPosition_ = rows_.count();
+  searchPosition_ = rows_.getCount();
   searchText_.clear();
 }
 
@@ -76,13 +76,13 @@ String clsArrayString2::nextMatch(StringView text, Column matchOn, bool& found, 
   const StringView trimmed = trimSpaces(text);
   if (trimmed.empty()) return String();
   if (!searchActive_ || trimmed != searchText_) {
-    searchPosition_ = rows_.count();
+    searchPosition_ = rows_.getCount();
     searchText_ = String(trimmed);
     searchActive_ = true;
   }
   // Rows removed since the walk started are not revisited: the walk never starts above the
   // count, so a spare row is never taken for a match.
-  const int32_t start = std::min<int32_t>(searchPosition_, rows_.count());
+  const int32_t start = std::min<int32_t>(searchPosition_, rows_.getCount());
   String Row::*const column = matchOn == Column::kKey ? &Row::key : &Row::value;
   const StringView wanted = searchText_;
   // One loop per comparison, so that the row loop itself carries no branch on the mode.
@@ -97,22 +97,22 @@ String clsArrayString2::nextMatch(StringView text, Column matchOn, bool& found, 
   }
   searchPosition_ = match;
   found = true;
-  const Row& row = rows_.row(match);
+  const Row& row = rows_.at(match);
   return matchOn == Column::kKey ? row.value : row.key;
 }
 
 String clsArrayString2::joinColumn(Column column, StringView delimiter) const {
-  const int32_t count = rows_.count();
+  const int32_t count = rows_.getCount();
   String out;
   if (count == 0) return out;
   std::size_t units = 0;
   for (int32_t i = 0; i < count; ++i) {
-    const Row& row = rows_.row(i);
+    const Row& row = rows_.at(i);
     units += (column == Column::kKey ? row.key : row.value).size() + 2 * delimiter.size() + 1;
   }
   out.reserve(units);
   for (int32_t i = 0; i < count; ++i) {
-    const Row& row = rows_.row(i);
+    const Row& row = rows_.at(i);
     out += delimiter;
     out += column == Column::kKey ? row.key : row.value;
     out += delimiter;
@@ -133,10 +133,10 @@ String clsArrayString2::getItemKeysAsList(StringView vsDelimiterChar) const {
 void clsArrayString2::copyRowsFrom(const clsArrayString2& source) {
   if (&source == this) return;
   // Built aside and swapped in, so that a failure (out of memory) leaves this array as it was.
-  detail::PairRows<Row> copy(0, rows_.slotIncrement());
-  copy.allocateSpace(source.getCount(), false);
+  detail::SlotArray<Row, int16_t, detail::FreedSlots::Cleared> copy(0, rows_.slotIncrement());
+  copy.setArraySizeWithEmptyValues(source.getCount());
   for (int32_t i = 0; i < source.getCount(); ++i)
-    copy.row(i) = source.rows_.row(i);
+    copy.at(i) = source.rows_.at(i);
   rows_ = std::move(copy);
 }
 

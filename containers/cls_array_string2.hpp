@@ -12,7 +12,7 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/containers/pair_rows.hpp>
+#include <ravelin/containers/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
 #include <ravelin/frame/text.hpp>
@@ -36,7 +36,7 @@ class clsArrayString2 : public IgnoringCopyObject {
 
   // Makes count = viCount with every key and value empty; old rows are discarded. A negative
   // count grows the storage by one step, keeps the count and empties the rows.
-  void setArraySizeWithEmptyValues(int16_t viCount) { rows_.allocateSpace(viCount, false); }
+  void setArraySizeWithEmptyValues(int16_t viCount) { rows_.setArraySizeWithEmptyValues(viCount); }
 
   // The value and the key at viIndex (storage-only check, see above).
   const String& item(int16_t viIndex) const { return storedRow(viIndex).value; }
@@ -51,11 +51,11 @@ class clsArrayString2 : public IgnoringCopyObject {
   void setItemForKey(StringView vsKey, String vsValue);
 
   // Removes a row keeping the order of the others; false for an index outside 0 to count - 1.
-  bool removeItem(int16_t viIndex) { return rows_.removeItem(viIndex); }
+  bool removeItem(int16_t viIndex) { return rows_.remove(viIndex); }
   // Removes the last row whose key equals vsKey exactly; false when there is none.
   bool RemoveItemWithKey(StringView vsKey);
   // Removes the last row; false when the array is empty.
-  bool removeLastItem() { return rows_.removeLastItem(); }
+  bool removeLastItem() { return rows_.removeLast(); }
 
   // Sorts the rows in place by value, ascending by code unit, keys moving with their values.
   // An exchange sort: the order of equal values is whatever the exchanges leave.
@@ -74,8 +74,8 @@ class clsArrayString2 : public IgnoringCopyObject {
   // searches share one walk.
   String getNextKeyForValue(StringView vsExpression, bool& vbFound, bool vbIgnoreCase = false);
 
-  int16_t getCount() const { return rows_.count(); }
-  int16_t Count() const { return rows_.count(); }
+  int16_t getCount() const { return rows_.getCount(); }
+  int16_t Count() const { return rows_.getCount(); }
   // The capacity reached through the growth rule (not published to callers).
   int16_t slotCount() const { return rows_.slotCount(); }
 
@@ -115,14 +115,14 @@ class clsArrayString2 : public IgnoringCopyObject {
   template <typename Matches>
   int32_t lastMatchBelow(int32_t below, String Row::*column, Matches matches) const {
     for (int32_t i = below - 1; i >= 0; --i) {
-      if (matches(rows_.row(i).*column)) return i;
+      if (matches(rows_.at(i).*column)) return i;
     }
     return -1;
   }
 
   String joinColumn(Column column, StringView delimiter) const;
 
-  detail::PairRows<Row> rows_;
+  detail::SlotArray<Row, int16_t, detail::FreedSlots::Cleared> rows_;
   // The search state: the walk continues below searchPosition_ while searchText_ is repeated.
   int32_t searchPosition_ = 0;
   String searchText_;

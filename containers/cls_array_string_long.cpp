@@ -15,41 +15,41 @@ constexpr StringView kOpSetItemString = u".setItemString()";
 
 udtStringLong& clsArrayStringLong::usedRow(int16_t index, StringView operation) {
   if (!rows_.isUsed(index)) raiseStyleA(CCEC_InvalidIndex, kClassName, operation);
-  return rows_.row(index);
+  return rows_.at(index);
 }
 
 const udtStringLong& clsArrayStringLong::usedRow(int16_t index, StringView operation) const {
   if (!rows_.isUsed(index)) raiseStyleA(CCEC_InvalidIndex, kClassName, operation);
-  return rows_.row(index);
+  return rows_.at(index);
 }
 
 bool clsArrayStringLong::add(String vsValue, int32_t vlValue) {
-  return rows_.append(udtStringLong{std::move(vsValue), vlValue});
+  return rows_.tryAdd(udtStringLong{std::move(vsValue), vlValue});
 }
 
 int16_t clsArrayStringLong::addSortAscByKey(String vsValue, int32_t vlValue) {
-  if (!rows_.reserveOne()) return -1;
-  // Every row with a greater key moves up one place; the new pair lands above the last row
-  // whose key is less than or equal to it, so equal keys keep their order of arrival.
-  int32_t at = rows_.count();
-  while (at > 0 && rows_.row(at - 1).lValue > vlValue) {
-    rows_.row(at) = std::move(rows_.row(at - 1));
+  // The new pair lands above the last row whose key is less than or equal to it, so equal keys
+  // keep their order of arrival; the rows with greater keys move up one place.
+  auto at = rows_.getCount();
+  while (at > 0 && rows_.at(at - 1).lValue > vlValue)
     --at;
+  try {
+    rows_.insert(at, udtStringLong{std::move(vsValue), vlValue});
+  } catch (const AutomationError&) {
+    return -1;
   }
-  rows_.row(at) = udtStringLong{std::move(vsValue), vlValue};
-  rows_.takeReserved();
-  return static_cast<int16_t>(at);
+  return at;
 }
 
 int16_t clsArrayStringLong::findKey(int32_t vlKey, bool vbStartAtEnd) const {
-  const int32_t count = rows_.count();
+  const int32_t count = rows_.getCount();
   if (vbStartAtEnd) {
     for (int32_t i = count - 1; i >= 0; --i) {
-      if (rows_.row(i).lValue == vlKey) return static_cast<int16_t>(i);
+      if (rows_.at(i).lValue == vlKey) return static_cast<int16_t>(i);
     }
   } else {
     for (int32_t i = 0; i < count; ++i) {
-      if (rows_.row(i).lValue == vlKey) return static_cast<int16_t>(i);
+      if (rows_.at(i).lValue == vlKey) return static_cast<int16_t>(i);
     }
   }
   return -1;

@@ -10,7 +10,7 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/containers/pair_rows.hpp>
+#include <ravelin/containers/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
 #include <ravelin/frame/records.hpp>
@@ -43,7 +43,7 @@ class clsArrayStringLong : public IgnoringCopyObject {
 
   // Makes count = viCount with every row empty; old rows are discarded. A negative count grows
   // the storage by one step, keeps the count and empties the rows.
-  void setArraySizeWithEmptyValues(int16_t viCount) { rows_.allocateSpace(viCount, false); }
+  void setArraySizeWithEmptyValues(int16_t viCount) { rows_.setArraySizeWithEmptyValues(viCount); }
 
   // The pair, its key or its text at viIndex (0 to count - 1).
   udtStringLong getItem(int16_t viIndex) const;
@@ -56,11 +56,11 @@ class clsArrayStringLong : public IgnoringCopyObject {
   void setItemString(String vsValue, int16_t viIndex);
 
   // Removes a row keeping the order of the others; false for an index outside 0 to count - 1.
-  bool removeItem(int16_t viIndex) { return rows_.removeItem(viIndex); }
+  bool removeItem(int16_t viIndex) { return rows_.remove(viIndex); }
   // Removes the last row; false when the array is empty.
-  bool removeLastItem() { return rows_.removeLastItem(); }
+  bool removeLastItem() { return rows_.removeLast(); }
 
-  int16_t getCount() const { return rows_.count(); }
+  int16_t getCount() const { return rows_.getCount(); }
   int16_t getSlotCount() const { return rows_.slotCount(); }
   // Sets the growth step; below 1 raises invalid procedure call (5).
   void setSlotIncrement(int16_t viValue) { rows_.setSlotIncrement(viValue); }
@@ -70,7 +70,7 @@ class clsArrayStringLong : public IgnoringCopyObject {
   udtStringLong& usedRow(int16_t index, StringView operation);
   const udtStringLong& usedRow(int16_t index, StringView operation) const;
 
-  detail::PairRows<udtStringLong> rows_;
+  detail::SlotArray<udtStringLong, int16_t, detail::FreedSlots::Cleared> rows_;
 };
 
 }  // namespace ravelin

@@ -20,10 +20,11 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/containers/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/text.hpp>
-#include <vector>
+#include <utility>
 
 namespace ravelin {
 
@@ -34,7 +35,7 @@ class clsArrayStringObject : public Object {
   static constexpr StringView kErrorClassText = u"clsLArrayStringObject";
 
   // An empty array with 500 slots that grows two slots at a time.
-  clsArrayStringObject();
+  clsArrayStringObject() : rows_(500, 2) {}
 
   StringView className() const override { return kClassName; }
 
@@ -42,13 +43,18 @@ class clsArrayStringObject : public Object {
   static ClassInfo describe();
 
   // Appends the pair, growing by one step when the slots are full; true.
-  bool add(String vsKey, ObjectRef voValue);
+  bool add(String vsKey, ObjectRef voValue) {
+    rows_.add(Row{std::move(vsKey), std::move(voValue)});
+    return true;
+  }
 
   // Rebuilds the storage for vlSize slots, keeping the rows when vbPreserveValues. The count
   // becomes 0 when vbResetCountVariable, and is otherwise only lowered to vlSize, never raised.
   // A negative size raises subscript out of range (9).
   void allocateSpacePublic(int32_t vlSize, bool vbPreserveValues = true,
-                           bool vbResetCountVariable = false);
+                           bool vbResetCountVariable = false) {
+    rows_.allocateSpacePublic(vlSize, vbPreserveValues, vbResetCountVariable);
+  }
 
   // The object and the key at vlIndex (0 to count - 1), and their replacement.
   ObjectRef item(int32_t vlIndex) const;
@@ -65,15 +71,15 @@ class clsArrayStringObject : public Object {
   bool removeWithKey(StringView vsKey, bool vbIgnoreNotFoundError = false,
                      bool vbRaiseNotFoundError = false);
   // Removes a row keeping the order of the others; false for an index outside 0 to count - 1.
-  bool remove(int32_t vlIndex);
+  bool remove(int32_t vlIndex) { return rows_.remove(vlIndex); }
   // Drops the last row from the count (its slot keeps its object); false when empty.
-  bool removeLast();
+  bool removeLast() { return rows_.removeLast(); }
   // Sets the count to 0; the slots keep their objects.
-  void removeAll() { count_ = 0; }
+  void removeAll() { rows_.removeAll(); }
 
-  int32_t getCount() const { return count_; }
+  int32_t getCount() const { return rows_.getCount(); }
   // The capacity reached through the growth rule (not published to callers).
-  int32_t slotCount() const { return slotCount_; }
+  int32_t slotCount() const { return rows_.slotCount(); }
 
  private:
   struct Row {
@@ -86,10 +92,7 @@ class clsArrayStringObject : public Object {
   const Row& usedRow(int32_t index, StringView operation) const;
   Row& usedRow(int32_t index, StringView operation);
 
-  std::vector<Row> rows_;  // slots 0 to slot count
-  int32_t count_ = 0;
-  int32_t slotCount_ = 0;
-  int32_t slotIncrement_ = 2;
+  detail::SlotArray<Row, int32_t, detail::FreedSlots::Kept> rows_;
 };
 
 }  // namespace ravelin

@@ -21,17 +21,17 @@ VarType typeCodeOf(const Variant& value) {
 
 udtVariObject& clsArrayVariObject::usedRow(int16_t index, StringView operation) {
   if (!rows_.isUsed(index)) raiseStyleA(CCEC_InvalidIndex, kClassName, operation);
-  return rows_.row(index);
+  return rows_.at(index);
 }
 
 const udtVariObject& clsArrayVariObject::usedRow(int16_t index, StringView operation) const {
   if (!rows_.isUsed(index)) raiseStyleA(CCEC_InvalidIndex, kClassName, operation);
-  return rows_.row(index);
+  return rows_.at(index);
 }
 
 bool clsArrayVariObject::add(Variant vvntValue, ObjectRef voValue) {
   const VarType type = typeCodeOf(vvntValue);
-  return rows_.append(udtVariObject{type, std::move(vvntValue), std::move(voValue)});
+  return rows_.tryAdd(udtVariObject{type, std::move(vvntValue), std::move(voValue)});
 }
 
 udtVariObject clsArrayVariObject::getItem(int16_t viIndex) const {

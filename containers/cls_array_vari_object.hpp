@@ -12,7 +12,7 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/containers/pair_rows.hpp>
+#include <ravelin/containers/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/object_copy.hpp>
@@ -39,7 +39,7 @@ class clsArrayVariObject : public UnsupportedCopyObject {
 
   // Makes count = viCount with every row empty; old rows are discarded. A negative count grows
   // the storage by one step, keeps the count and empties the rows.
-  void setArraySizeWithEmptyValues(int16_t viCount) { rows_.allocateSpace(viCount, false); }
+  void setArraySizeWithEmptyValues(int16_t viCount) { rows_.setArraySizeWithEmptyValues(viCount); }
 
   // The row, its object or its value at viIndex (0 to count - 1).
   udtVariObject getItem(int16_t viIndex) const;
@@ -53,11 +53,11 @@ class clsArrayVariObject : public UnsupportedCopyObject {
   void setItemObject(ObjectRef voValue, int16_t viIndex);
 
   // Removes a row keeping the order of the others; false for an index outside 0 to count - 1.
-  bool removeItem(int16_t viIndex) { return rows_.removeItem(viIndex); }
+  bool removeItem(int16_t viIndex) { return rows_.remove(viIndex); }
   // Removes the last row; false when the array is empty.
-  bool removeLastItem() { return rows_.removeLastItem(); }
+  bool removeLastItem() { return rows_.removeLast(); }
 
-  int16_t getCount() const { return rows_.count(); }
+  int16_t getCount() const { return rows_.getCount(); }
   int16_t getSlotCount() const { return rows_.slotCount(); }
   // Sets the growth step; below 1 raises invalid procedure call (5).
   void setSlotIncrement(int16_t viValue) { rows_.setSlotIncrement(viValue); }
@@ -67,7 +67,7 @@ class clsArrayVariObject : public UnsupportedCopyObject {
   udtVariObject& usedRow(int16_t index, StringView operation);
   const udtVariObject& usedRow(int16_t index, StringView operation) const;
 
-  detail::PairRows<udtVariObject> rows_;
+  detail::SlotArray<udtVariObject, int16_t, detail::FreedSlots::Cleared> rows_;
 };
 
 }  // namespace ravelin

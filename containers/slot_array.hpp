@@ -1,6 +1,7 @@
-// The storage shared by the object arrays and the Long-indexed number arrays (clsLArrayObject,
-// clsLArrayDouble, clsLArrayDouble2, clsLArrayLongObject, clsArrayObject, clsArrayAnyObject,
-// clsArrayObject2).
+// The storage shared by the object arrays, the Long-indexed number arrays and the pair arrays
+// (clsLArrayObject, clsLArrayDouble, clsLArrayDouble2, clsLArrayLongObject, clsArrayObject,
+// clsArrayAnyObject, clsArrayObject2, clsArrayString2, clsArrayStringLong, clsArrayStringObject,
+// clsArrayVariObject).
 //
 // An array keeps a used count, a slot count (the capacity it believes it has) and a slot
 // increment. The storage holds slots 0 to slot count, one spare beyond the capacity, as the
@@ -9,9 +10,9 @@
 // of such small steps at amortised constant cost.
 //
 // Two families share this code and differ in the index type and in what a removal does to the
-// freed slot: the "L" arrays (Long indexes) leave it holding its value, so that a removed object
-// stays alive until its slot is overwritten or the storage is rebuilt; the Integer-indexed object
-// arrays clear it at once, as the value arrays do.
+// freed slot: the "L" arrays and clsArrayStringObject (Long indexes) leave it holding its value, so
+// that a removed object stays alive until its slot is overwritten or the storage is rebuilt; the
+// Integer-indexed object and pair arrays clear it at once, as the value arrays do.
 #pragma once
 
 #include <algorithm>
@@ -67,9 +68,12 @@ class SlotArray {
   // Whether index names a used element.
   bool isUsed(int64_t index) const { return index >= 0 && index < count_; }
 
+  // Whether index names a slot of the storage (0 to slot count, the spare one included).
+  bool isStored(int64_t index) const { return index >= 0 && index <= slotCount_; }
+
   // A slot, used or spare; the caller checks the index.
-  T& at(Index index) { return slots_[static_cast<std::size_t>(index)]; }
-  const T& at(Index index) const { return slots_[static_cast<std::size_t>(index)]; }
+  T& at(int64_t index) { return slots_[static_cast<std::size_t>(index)]; }
+  const T& at(int64_t index) const { return slots_[static_cast<std::size_t>(index)]; }
 
   // Appends a value, growing by one step when full. A slot count past the index type raises
   // overflow (6), a storage past kMaxStorageBytes out of memory (7); the array is then unchanged.
