@@ -21,12 +21,12 @@ bool clsArrayString2::add(String vsKey, String vsValue) {
 }
 
 clsArrayString2::Row& clsArrayString2::storedRow(int16_t index) {
-  if (!rows_.isStored(index)) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
+  if (index < 0 || index >= rows_.slotCount()) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
   return rows_.at(index);
 }
 
 const clsArrayString2::Row& clsArrayString2::storedRow(int16_t index) const {
-  if (!rows_.isStored(index)) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
+  if (index < 0 || index >= rows_.slotCount()) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
   return rows_.at(index);
 }
 

@@ -2,9 +2,9 @@
 // Keys need not be unique. Lookups by key take the last matching row, and the key/value search
 // walks the matches from the last row to the first, one per call.
 //
-// The indexed members (item, ItemKey, setItem, setItemKey) check the index against the storage
-// only: an index at or above the count but not past the spare row (0 to slot count) reads or
-// writes an unused row; anything outside raises subscript out of range (9).
+// The indexed members (item, ItemKey, setItem, setItemKey) check the index against the table's
+// rows only (0 to slot count - 1): an index at or above the count but below the slot count reads
+// or writes an unused row; anything outside raises subscript out of range (9).
 //
 // Its copy interface copies: copyObject takes the pairs of another clsArrayString2 and
 // generateCopy returns a new array with the same pairs; copyToObject and getParameterValue do
@@ -99,7 +99,7 @@ class clsArrayString2 : public IgnoringCopyObject {
   };
   enum class Column { kKey, kValue };
 
-  // The row at an index inside the storage; subscript out of range (9) otherwise.
+  // The row at an index of the table (0 to slot count - 1); subscript out of range (9) otherwise.
   Row& storedRow(int16_t index);
   const Row& storedRow(int16_t index) const;
 

@@ -68,9 +68,6 @@ class SlotArray {
   // Whether index names a used element.
   bool isUsed(int64_t index) const { return index >= 0 && index < count_; }
 
-  // Whether index names a slot of the storage (0 to slot count, the spare one included).
-  bool isStored(int64_t index) const { return index >= 0 && index <= slotCount_; }
-
   // A slot, used or spare; the caller checks the index.
   T& at(int64_t index) { return slots_[static_cast<std::size_t>(index)]; }
   const T& at(int64_t index) const { return slots_[static_cast<std::size_t>(index)]; }
