@@ -39,11 +39,11 @@ pairs.orderValues
 WScript.Echo "  after orderValues: " & pairs.getItemsAsList() & " with keys " & pairs.getItemKeysAsList()
 WScript.Echo "  RemoveItemWithKey(""fruit"") = " & pairs.RemoveItemWithKey("fruit") & ", keys " & pairs.getItemKeysAsList()
 
-' The index is checked against the storage only: count 3 in 4 slots reads rows 3 and 4.
-WScript.Echo "  item(4) = """ & pairs.item(4) & """"
+' The index is checked against the table only: count 3 in 4 slots reads row 3, not row 4.
+WScript.Echo "  item(3) = """ & pairs.item(3) & """"
 On Error Resume Next
-WScript.Echo pairs.item(5)
-ShowError "item(5)", Err.Number, Err.Source, Err.Description
+WScript.Echo pairs.item(4)
+ShowError "item(4)", Err.Number, Err.Source, Err.Description
 Err.Clear
 On Error GoTo 0
 
