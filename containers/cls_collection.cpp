@@ -1,8 +1,30 @@
 #include <ravelin/containers/cls_collection.hpp>
 #include <ravelin/containers/collection_members.hpp>
 #include <ravelin/frame/error.hpp>
+#include <utility>
 
 namespace ravelin {
+namespace {
+
+// A snapshot of a collection's items that For Each walks.
+class ItemEnumerator : public Object {
+ public:
+  explicit ItemEnumerator(std::vector<Variant> items) : items_(std::move(items)) {}
+  StringView className() const override { return u"Object"; }
+  const ClassInfo* memberTable() const override {
+    static const ClassInfo table(u"Object", ClassInfo::Factory());
+    return &table;
+  }
+  bool enumerate(std::vector<Variant>& items) const override {
+    items = items_;
+    return true;
+  }
+
+ private:
+  std::vector<Variant> items_;
+};
+
+}  // namespace
 
 Variant clsCollection::item(const Variant& vvntIndexKey, bool vbRaiseError) const {
   return itemOrEmpty(vvntIndexKey, vbRaiseError, kClassName, u".item()");
@@ -22,6 +44,12 @@ bool clsCollection::enumerate(std::vector<Variant>& items) const {
   return true;
 }
 
+ObjectRef clsCollection::NewEnum() const {
+  std::vector<Variant> items;
+  enumerate(items);
+  return std::make_shared<ItemEnumerator>(std::move(items));
+}
+
 ClassInfo clsCollection::describe() {
   ClassBuilder<clsCollection> builder(kClassName);
   publishCopyInterface(builder);
@@ -37,6 +65,7 @@ ClassInfo clsCollection::describe() {
                 return self.ItemObject(indexKey, raise);
               },
               {u"vvntIndexKey", optional(u"vbRaiseError", false)})
+      .get(u"NewEnum", &clsCollection::NewEnum)
       .build();
 }
 

@@ -35,6 +35,10 @@ class clsCollection : public IgnoringCopyObject, public detail::CollectionRules 
   ObjectRef ItemObject(const Variant& vvntIndexKey, bool vbRaiseError = false) const;
 
   bool enumerate(std::vector<Variant>& items) const override;
+
+  // The enumerator behind For Each, published as the hidden NewEnum property: an object that
+  // walks the items as they were when it was made.
+  ObjectRef NewEnum() const;
 };
 
 }  // namespace ravelin

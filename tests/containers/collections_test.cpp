@@ -123,6 +123,11 @@ TEST(Collections, RemovalEnumerationAndKeys) {
   std::vector<Variant> items;
   ASSERT_TRUE(collection.enumerate(items));
   EXPECT_EQ(items, (std::vector<Variant>{Variant(10), Variant(30)}));
+  // NewEnum walks the items as they were when it was made.
+  const ObjectRef enumerator = collection.NewEnum();
+  collection.add(Variant(50), u"k5");
+  ASSERT_TRUE(enumerator->enumerate(items));
+  EXPECT_EQ(items, (std::vector<Variant>{Variant(10), Variant(30)}));
   collection.removeAll();
   EXPECT_EQ(collection.getCount(), 0);
 
