@@ -115,55 +115,6 @@ TEST(ObjectArrays, BadIndexTexts) {
   EXPECT_EQ(pairs.Item2(0), 3);
 }
 
-TEST(ObjectArrays, CopyInterface) {
-  struct Row {
-    IObjectRef array;
-    StringView id;
-    // Empty texts: the class accepts the request and ignores it.
-    StringView source;
-    StringView copyObjectText;
-    StringView generateCopyText;
-    bool parameterRefused;
-  };
-  const Row rows[] = {
-      {std::make_shared<clsArrayObject>(), u"clsObjectArray", u"", u"", u"", false},
-      {std::make_shared<clsArrayAnyObject>(), u"clsArrayAnyObject", u"", u"", u"", false},
-      {std::make_shared<clsArrayObject2>(), u"clsArrayObject2", u"clsArrayObject2",
-       u".copyObject()", u".generateCopy()", true},
-      {std::make_shared<clsLArrayObject>(), u"clsLArrayObject", kCommonErrorSource,
-       u"clsLArrayObject.IObject_copyObject()", u"clsLArrayObject.IObject_generateCopy()", false},
-      {std::make_shared<clsLArrayDouble>(), u"clsLArrayDouble", kCommonErrorSource,
-       u"clsLArrayDouble.IObject_copyObject()", u"clsLArrayDouble.IObject_generateCopy()", false},
-      {std::make_shared<clsLArrayDouble2>(), u"clsLArrayDouble2", kCommonErrorSource,
-       u"clsLArrayDouble2.IObject_copyObject()", u"clsLArrayDouble2.IObject_generateCopy()", false},
-      {std::make_shared<clsLArrayLongObject>(), u"clsLArrayLongObject", kCommonErrorSource,
-       u"clsLArrayLongObject.IObject_copyObject()", u"clsLArrayLongObject.IObject_generateCopy()",
-       false},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(toUtf8(row.id));
-    const IObjectRef other = std::make_shared<clsArrayString>();
-    EXPECT_EQ(row.array->getClassIdAsString(), row.id);
-    if (row.copyObjectText.empty()) {
-      row.array->copyObject(other);
-      row.array->copyToObject(other);
-      EXPECT_EQ(row.array->generateCopy(), nullptr);
-    } else {
-      expectError([&] { row.array->copyObject(other); }, CCEC_FeatureNotImplemented, row.source,
-                  row.copyObjectText);
-      expectError([&] { row.array->generateCopy(-1); }, CCEC_FeatureNotImplemented, row.source,
-                  row.generateCopyText);
-      EXPECT_EQ(errorNumberOf([&] { row.array->copyToObject(other); }), CCEC_FeatureNotImplemented);
-    }
-    if (row.parameterRefused) {
-      expectError([&] { row.array->getParameterValue(u"x"); }, CCEC_FeatureNotImplemented,
-                  row.source, u".getParameterValue()");
-    } else {
-      EXPECT_TRUE(row.array->getParameterValue(u"x").isEmpty());
-    }
-  }
-}
-
 Variant call(const ObjectRef& object, StringView member, std::vector<CallArgument> arguments = {},
              MemberKind kind = MemberKind::Method) {
   return callMember(object, member, kind, arguments);

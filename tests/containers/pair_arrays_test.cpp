@@ -199,7 +199,7 @@ TEST(PairArrays, StringObjectStorageGrowsFrom500AndKeepsRemovedObjects) {
   EXPECT_EQ(errorNumberOf([&] { array.allocateSpacePublic(-1); }), 9);
 }
 
-TEST(PairArrays, RecordsObjectsAndCopyInterfacesByName) {
+TEST(PairArrays, RecordsAndObjectsByName) {
   const auto& registry = ClassRegistry::library();
   ObjectRef longs = registry.create(u"Ravelin.clsArrayStringLong");
   call(longs, u"add", {{u"one"}, {Variant(1)}});
@@ -207,22 +207,12 @@ TEST(PairArrays, RecordsObjectsAndCopyInterfacesByName) {
   const udtStringLong pair = udtStringLongFrom(call(longs, u"getItem", {{Variant(0)}}));
   EXPECT_EQ(pair.sValue + fromAscii(std::to_string(pair.lValue)), u"two2");
   EXPECT_EQ(errorNumberOf([&] { call(longs, u"setItem", {{u"three"}, {Variant(0)}}); }), 13);
-  EXPECT_EQ(call(longs, u"generateCopy"), Variant::nothing());
 
   ObjectRef varis = registry.create(u"Ravelin.clsArrayVariObject");
   call(varis, u"add", {{u"v"}, {Variant(longs)}});
   const udtVariObject row = udtVariObjectFrom(call(varis, u"getItem", {{Variant(0)}}));
   EXPECT_EQ(row.eVntValueType, VarType::String);
   EXPECT_EQ(row.oValue, longs);
-  const std::tuple<const char16_t*, std::vector<CallArgument>, const char*> refusals[] = {
-      {u"copyObject", {{Variant(varis)}}, ".copyObject()"},
-      {u"copyToObject", {{Variant(varis)}, {Variant(-1)}}, ".copyToObject()"},
-      {u"generateCopy", {}, ".generateCopy()"},
-      {u"getParameterValue", {{u"name"}}, ".getParameterValue()"}};
-  for (const auto& [member, arguments, description] : refusals) {
-    EXPECT_EQ(raisedBy([&] { call(varis, member, arguments); }),
-              Raised(CCEC_FeatureNotImplemented, "clsArrayVariObject", description));
-  }
 
   // clsArrayStringObject: item is set with an object (a plain value is a type mismatch), and
   // the class has no copy interface.
