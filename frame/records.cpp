@@ -27,7 +27,47 @@ ObjectRef objectOf(const Variant& value) {
   return value.asObject();
 }
 
+// The declared type of each field of the published records.
+struct FieldType {
+  StringView record;
+  StringView field;
+  VarType type;
+};
+constexpr FieldType kFieldTypes[] = {
+    {kStringLong, u"sValue", VarType::String},      {kStringLong, u"lValue", VarType::Long},
+    {kVariObject, u"eVntValueType", VarType::Long}, {kVariObject, u"vntValue", VarType::Variant},
+    {kVariObject, u"oValue", VarType::Object},      {kKeyValuePair, u"sKey", VarType::String},
+    {kKeyValuePair, u"vntValue", VarType::Variant},
+};
+
+VarType declaredTypeOf(const Record& record, StringView field) {
+  for (const auto& entry : kFieldTypes) {
+    if (equalsIgnoreCase(entry.record, record.typeName) && equalsIgnoreCase(entry.field, field)) {
+      return entry.type;
+    }
+  }
+  return VarType::Variant;
+}
+
 }  // namespace
+
+void assignRecordField(Record& record, StringView field, Variant value) {
+  Variant* target = record.field(field);
+  if (target == nullptr) raiseRuntimeError(vb_error::kMemberNotSupported);
+  switch (declaredTypeOf(record, field)) {
+    case VarType::String:
+      *target = CStr(value);
+      break;
+    case VarType::Long:
+      *target = CLng(value);
+      break;
+    case VarType::Object:
+      *target = objectOf(value);
+      break;
+    default:
+      *target = std::move(value);
+  }
+}
 
 Record toRecord(const udtStringLong& value) {
   return Record{String(kStringLong), {{u"sValue", value.sValue}, {u"lValue", value.lValue}}};

@@ -39,6 +39,12 @@ udtStringLong udtStringLongFrom(const Variant& value);
 udtVariObject udtVariObjectFrom(const Variant& value);
 udtKeyValuePair udtKeyValuePairFrom(const Variant& value);
 
+// Stores value in a field of a record, converted as an assignment to the declared field converts
+// it (a String field takes CStr of the value, a Long field CLng, an object field only an object
+// or Nothing, 13 otherwise). Fields of records the library does not publish take the value as it
+// is. A field the record does not have raises 438.
+void assignRecordField(Record& record, StringView field, Variant value);
+
 #define RAVELIN_RECORD_TYPE(RecordType)                                              \
   template <>                                                                        \
   struct AutomationType<RecordType> {                                                \

@@ -3,6 +3,7 @@
 #include <ravelin/frame/class_registry.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/operators.hpp>
+#include <ravelin/frame/records.hpp>
 #include <ravelin/host/script/parser.hpp>
 #include <ravelin/host/script/script_scope.hpp>
 
@@ -257,9 +258,7 @@ bool Evaluator::assignRecordField(Frame& frame, const MemberExpr& member, Varian
   if (member.object == nullptr || member.object->kind != ExprKind::Name) return false;
   Variant* variable = variableOf(frame, static_cast<const NameExpr&>(*member.object), false);
   if (variable == nullptr || !variable->isRecord()) return false;
-  Variant* field = variable->mutableRecord().field(member.name);
-  if (field == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
-  *field = std::move(value);
+  ravelin::assignRecordField(variable->mutableRecord(), member.name, std::move(value));
   return true;
 }
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/error.hpp>
+#include <ravelin/frame/locale.hpp>
 #include <ravelin/frame/records.hpp>
 
 namespace ravelin {
@@ -59,6 +60,37 @@ TEST(Records, FieldsConvertAndStrangersAreTypeMismatches) {
     try {
       row.convert();
       ADD_FAILURE() << "no error";
+    } catch (const AutomationError& error) {
+      EXPECT_EQ(error.number(), row.number);
+    }
+  }
+}
+
+TEST(Records, AssignedFieldsTakeTheirDeclaredType) {
+  struct Row {
+    Record record;
+    const char16_t* field;
+    Variant value;
+    Variant stored;  // Empty: the assignment raises `number`
+    int32_t number;
+  };
+  Record foreign{u"udtOther", {{u"x", Variant(1)}}};
+  const Row rows[] = {
+      {toRecord(udtStringLong{}), u"LVALUE", Variant(u"12"), Variant(12), 0},
+      {toRecord(udtStringLong{}), u"sValue", Variant(2.5), Variant(u"2.5"), 0},
+      {toRecord(udtStringLong{}), u"lValue", Variant(u"twelve"), Variant(), 13},
+      {toRecord(udtStringLong{}), u"missing", Variant(1), Variant(), 438},
+      {toRecord(udtVariObject{}), u"vntValue", Variant(int16_t{3}), Variant(int16_t{3}), 0},
+      {toRecord(udtVariObject{}), u"oValue", Variant(3), Variant(), 13},
+      {toRecord(udtKeyValuePair{}), u"sKey", Variant(true), Variant(u"True"), 0},
+      {foreign, u"x", Variant(u"any"), Variant(u"any"), 0},
+  };
+  ScopedLocale locale(u"en-US");
+  for (auto row : rows) {
+    SCOPED_TRACE(toUtf8(row.field));
+    try {
+      assignRecordField(row.record, row.field, row.value);
+      EXPECT_EQ(*row.record.field(row.field), row.stored);
     } catch (const AutomationError& error) {
       EXPECT_EQ(error.number(), row.number);
     }

@@ -6,7 +6,7 @@ r = pairs.getItem(0)
 WScript.Echo TypeName(r), r.sValue, r.lValue
 r.sValue = "Bea"
 r.LVALUE = "9"
-WScript.Echo pairs.getItemString(0)
+WScript.Echo pairs.getItemString(0), TypeName(r.lValue)
 pairs.setItem r, 0
 WScript.Echo pairs.getItemString(0), pairs.getItemLong(0)
 With r
