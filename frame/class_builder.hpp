@@ -234,13 +234,17 @@ class ClassBuilder {
     member.name = String(name);
     member.kind = kind;
     member.resultType = resultTypeOf<R>();
+    if constexpr (!std::is_void_v<R>)
+      member.resultTypeName = declaredTypeName<std::remove_cvref_t<R>>();
     std::array<VarType, sizeof...(A)> types{AutomationType<detail::StorageOf<A>>::kType...};
+    std::array<StringView, sizeof...(A)> typeNames{declaredTypeName<detail::StorageOf<A>>()...};
     std::array<bool, sizeof...(A)> byRef{detail::kIsByRef<A>...};
     // Unnamed trailing parameters (the value of a property let) get a generic name.
     auto param = params.begin();
     for (std::size_t i = 0; i < sizeof...(A); ++i) {
       ParameterInfo info;
       info.type = types[i];
+      info.typeName = String(typeNames[i]);
       info.byRef = byRef[i];
       if (param != params.end()) {
         info.name = param->name;
@@ -269,6 +273,19 @@ class ClassBuilder {
       return [] { return ObjectRef(std::make_shared<C>()); };
     } else {
       return {};
+    }
+  }
+
+  // The name of a record type (kTypeName) or of an object parameter's class (kClassName), for
+  // listings; empty for the plain automation types.
+  template <typename T>
+  static constexpr StringView declaredTypeName() {
+    if constexpr (requires { AutomationType<T>::kTypeName; }) {
+      return AutomationType<T>::kTypeName;
+    } else if constexpr (requires { T::element_type::kClassName; }) {
+      return T::element_type::kClassName;
+    } else {
+      return StringView();
     }
   }
 

@@ -5,13 +5,12 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/variant.hpp>
 #include <span>
 #include <unordered_map>
 #include <utility>
 #include <vector>
-
-#include <ravelin/frame/object.hpp>
-#include <ravelin/frame/variant.hpp>
 
 namespace ravelin {
 
@@ -20,6 +19,9 @@ enum class MemberKind : uint8_t { Method, PropertyGet, PropertyLet, PropertySet 
 struct ParameterInfo {
   String name;
   VarType type = VarType::Variant;  // Object for object references
+  // The declared type where it says more than `type`: a record's name ("udtStringLong") or an
+  // object parameter's class ("IObject"); empty otherwise.
+  String typeName;
   bool optional = false;
   bool byRef = false;
   // The value an omitted optional parameter receives: the declared default, else the type's
@@ -37,6 +39,7 @@ struct MemberInfo {
   MemberKind kind = MemberKind::Method;
   std::vector<ParameterInfo> parameters;
   VarType resultType = VarType::Empty;  // Empty: the member returns nothing
+  String resultTypeName;                // as ParameterInfo::typeName
   MemberInvoker invoke;
 };
 

@@ -23,6 +23,9 @@ using IObjectRef = std::shared_ptr<IObject>;
 
 class IObject : public Object {
  public:
+  // The interface's name, as listings show an IObject parameter.
+  static constexpr StringView kClassName = u"IObject";
+
   // The implementing class's identifier text (not always its class name).
   virtual String getClassIdAsString() const = 0;
   // Makes this object a copy of voObjectToCopy. vlCopyWhat selects what to copy; -1 is

@@ -49,6 +49,7 @@ void assignRecordField(Record& record, StringView field, Variant value);
   template <>                                                                        \
   struct AutomationType<RecordType> {                                                \
     static constexpr VarType kType = VarType::Record;                                \
+    static constexpr StringView kTypeName = u"" #RecordType;                         \
     static RecordType from(const Variant& value) { return RecordType##From(value); } \
     static Variant to(const RecordType& value) { return Variant(toRecord(value)); }  \
   }

@@ -4,8 +4,8 @@
 namespace ravelin::host {
 namespace {
 
-std::string typeText(VarType type) {
-  return toUtf8(varTypeName(type));
+std::string typeText(VarType type, const String& declaredName) {
+  return toUtf8(declaredName.empty() ? varTypeName(type) : StringView(declaredName));
 }
 
 // A default value as it would be written in source: strings quoted, Booleans as True/False.
@@ -20,7 +20,7 @@ std::string parameterText(const ParameterInfo& parameter) {
   if (parameter.optional) text += "Optional ";
   text += parameter.byRef ? "ByRef " : "ByVal ";
   text += toUtf8(parameter.name);
-  text += " As " + typeText(parameter.type);
+  text += " As " + typeText(parameter.type, parameter.typeName);
   if (parameter.optional && !parameter.defaultValue.isMissing() &&
       !parameter.defaultValue.isEmpty()) {
     text += " = " + literalText(parameter.defaultValue);
@@ -55,7 +55,7 @@ std::string memberDeclaration(const MemberInfo& member) {
   }
   text += ')';
   if (hasResult && (member.kind == MemberKind::Method || member.kind == MemberKind::PropertyGet))
-    text += " As " + typeText(member.resultType);
+    text += " As " + typeText(member.resultType, member.resultTypeName);
   return text;
 }
 

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/class_builder.hpp>
+#include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/records.hpp>
 #include <ravelin/host/class_listing.hpp>
 
 namespace ravelin::host {
@@ -15,6 +17,7 @@ class Sample : public Object {
   int32_t item(int16_t) const { return 0; }
   void letItem(int16_t, int32_t) {}
   ObjectRef self() { return shared_from_this(); }
+  udtStringLong pair(IObjectRef) { return {}; }
 };
 
 ClassRegistry sampleRegistry() {
@@ -27,6 +30,7 @@ ClassRegistry sampleRegistry() {
           .get(u"item", &Sample::item, {u"viIndex"})
           .let(u"item", &Sample::letItem, {u"viIndex"})
           .get(u"Self", &Sample::self)
+          .method(u"pair", &Sample::pair, {u"voSource"})
           .build());
   registry.addClass(ClassBuilder<Sample>(u"Hidden", false).build());
   registry.addEnum(EnumInfo{u"enumSample", {{u"S_One", 1}, {u"S_Big", -2147221504}}});
@@ -43,6 +47,7 @@ TEST(ClassListing, WritesMembersAsBasicDeclarations) {
             "  Property Get item(ByVal viIndex As Integer) As Long\n"
             "  Property Let item(ByVal viIndex As Integer, ByVal value As Long)\n"
             "  Property Get Self() As Object\n"
+            "  Function pair(ByVal voSource As IObject) As udtStringLong\n"
             "End Class\n");
   EXPECT_EQ(listClass(registry, u"enumsample"),
             "Enum enumSample\n  S_One = 1\n  S_Big = -2147221504\nEnd Enum\n");
