@@ -10,6 +10,7 @@
 #include <ravelin/frame/class_registry.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/frame/object_copy.hpp>
 #include <ravelin/numeric/date_functions.hpp>
 #include <ravelin/numeric/math_functions.hpp>
 #include <ravelin/text/string_functions.hpp>
@@ -27,6 +28,7 @@ const ClassRegistry& ClassRegistry::library() {
 
 void registerLibraryClasses(ClassRegistry& registry) {
   registry.addClass(clsError::describe());
+  registry.addClass(describeCopyInterface());
   registry.addClass(clsArrayBoolean::describe());
   registry.addClass(clsArrayDouble::describe());
   registry.addClass(clsArrayInteger::describe());

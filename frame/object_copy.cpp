@@ -33,4 +33,9 @@ Variant UnsupportedCopyObject::getParameterValue(StringView /*vsParameterName*/)
   raiseStyleC(CCEC_FeatureNotImplemented, classId_, kGetParameterValue);
 }
 
+ClassInfo describeCopyInterface() {
+  ClassBuilder<IObject> builder(IObject::kClassName, false);
+  return publishCopyInterface(builder).build();
+}
+
 }  // namespace ravelin

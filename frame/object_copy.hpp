@@ -147,4 +147,8 @@ ClassBuilder<C>& publishCopyInterface(ClassBuilder<C>& builder) {
               {u"vsParameterName"});
 }
 
+// The interface's own member table: a public class that cannot be created, so that listings and
+// late-bound callers can see it.
+ClassInfo describeCopyInterface();
+
 }  // namespace ravelin

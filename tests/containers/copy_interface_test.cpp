@@ -109,6 +109,14 @@ TEST(CopyInterface, EveryImplementingClassByName) {
   }
 }
 
+// The interface itself is listed but cannot be created.
+TEST(CopyInterface, IsAPublicClassThatCannotBeCreated) {
+  const ClassInfo* info = ClassRegistry::library().findClass(u"Ravelin.IObject");
+  ASSERT_NE(info, nullptr);
+  EXPECT_FALSE(info->creatable());
+  EXPECT_EQ(info->members().size(), 5u);
+}
+
 // The copying classes take only a source of their own class; the others accept anything.
 TEST(CopyInterface, SourceOfAnotherClass) {
   const ClassRegistry& registry = ClassRegistry::library();
