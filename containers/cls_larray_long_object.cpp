@@ -83,9 +83,13 @@ ClassInfo clsLArrayLongObject::describe() {
       .let(u"ItemKey", &clsLArrayLongObject::letItemKey, {u"vlIndex", u"vlKey"})
       .get(u"ItemIndex", &clsLArrayLongObject::ItemIndex, {u"vlKey"})
       .method(u"find", &clsLArrayLongObject::find, {u"vlKey"})
-      .method(u"removeWithKey", &clsLArrayLongObject::removeWithKey,
-              {u"vlKey", optional(u"vbIgnoreNotFoundError", false),
-               optional(u"vbRaiseNotFoundError", false)})
+      .method(
+          u"removeWithKey",
+          [](clsLArrayLongObject& self, int32_t key, bool& ignoreNotFound, bool& raiseNotFound) {
+            return self.removeWithKey(key, ignoreNotFound, raiseNotFound);
+          },
+          {u"vlKey", optional(u"vbIgnoreNotFoundError", false),
+           optional(u"vbRaiseNotFoundError", false)})
       .method(u"remove", &clsLArrayLongObject::remove, {u"vlIndex"})
       .method(u"removeLast", &clsLArrayLongObject::removeLast)
       .method(u"removeAll", &clsLArrayLongObject::removeAll)
