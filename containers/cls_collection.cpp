@@ -61,7 +61,7 @@ ClassInfo clsCollection::describe() {
               },
               {u"vvntIndexKey", optional(u"vbRaiseError", false)})
       .method(u"ItemObject",
-              [](clsCollection& self, const Variant& indexKey, bool raise) {
+              [](clsCollection& self, const Variant& indexKey, bool& raise) {
                 return self.ItemObject(indexKey, raise);
               },
               {u"vvntIndexKey", optional(u"vbRaiseError", false)})

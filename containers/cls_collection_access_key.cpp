@@ -40,7 +40,7 @@ ClassInfo clsCollectionAccessKey::describe() {
               },
               {u"vvntIndexKey", optional(u"vbRaiseError", false)})
       .method(u"ItemAndKey",
-              [](clsCollectionAccessKey& self, int32_t index, String& key, bool raise) {
+              [](clsCollectionAccessKey& self, int32_t index, String& key, bool& raise) {
                 return self.ItemAndKey(index, key, raise);
               },
               {u"vlIndex", u"vsKey", optional(u"vbRaiseError", false)})
