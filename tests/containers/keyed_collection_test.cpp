@@ -1,21 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <ravelin/containers/keyed_collection.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 #include <string>
 #include <vector>
 
 namespace ravelin {
 namespace {
-
-int errorNumberOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const AutomationError& error) {
-    return error.number();
-  }
-  return 0;
-}
 
 std::vector<int32_t> itemsOf(const KeyedCollection& collection) {
   std::vector<int32_t> items;
