@@ -321,6 +321,8 @@ struct Procedure {
   // The name of every local slot: the parameters, then the locals in order of declaration,
   // then (for a function) the result.
   std::vector<String> slotNames;
+  // The slots declared by a Const, which an assignment may not change.
+  std::vector<int32_t> constantSlots;
   int32_t resultSlot = kNoSlot;  // functions only
   Block body;
 };

@@ -1,11 +1,12 @@
 // The interpreter's entry points, name binding and error text.
+#include <algorithm>
 #include <cstdint>
 #include <new>
-#include <stdexcept>
 #include <ravelin/frame/class_registry.hpp>
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/parser.hpp>
 #include <ravelin/host/script/script_scope.hpp>
+#include <stdexcept>
 
 namespace ravelin::script {
 
@@ -153,7 +154,11 @@ Variant* Evaluator::variableOf(Frame& frame, int32_t localSlot, NameId id, Strin
 }
 
 bool Evaluator::isConstantName(Frame& frame, const NameExpr& name) {
-  if (name.localSlot != kNoSlot || frame.implicitLocals.count(name.id) != 0) return false;
+  if (name.localSlot != kNoSlot) {
+    const auto& constants = frame.procedure->constantSlots;
+    return std::find(constants.begin(), constants.end(), name.localSlot) != constants.end();
+  }
+  if (frame.implicitLocals.count(name.id) != 0) return false;
   const Binding& binding = bindingOf(*frame.unit, name.id, name.name);
   return binding.kind == Binding::Kind::Global && globals[binding.global].isConstant;
 }

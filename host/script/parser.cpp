@@ -760,6 +760,7 @@ class Parser {
       expect(TokenKind::Equal, kExpectedEqual);
       c.value = parseLiteralConstant();
       c.localSlot = declare(c.id, c.name, c.pos, false);
+      if (c.localSlot != kNoSlot) procedure_->constantSlots.push_back(c.localSlot);
       s->constants.push_back(std::move(c));
     } while (accept(TokenKind::Comma));
     return s;

@@ -181,6 +181,11 @@ TEST(InterpreterTest, ProceduresAndByReference) {
        "500 Microsoft VBScript runtime error: Variable is undefined @2"},
       {"Option Explicit\nReDim r(2) : r(2) = 4 : out.Echo r(2)", "4"},
       {"Const c = 5 : c = 6", "", "501 Microsoft VBScript runtime error: Illegal assignment @1"},
+      // A procedure's own Const cannot be assigned either, nor changed through a ByRef argument.
+      {"Sub s()\nConst c = 5\nc = 6\nEnd Sub\ns", "",
+       "501 Microsoft VBScript runtime error: Illegal assignment @3"},
+      {"Sub inc(n) : n = n + 1 : End Sub\nSub s()\nConst c = 5\ninc c : out.Echo c\nEnd Sub\ns",
+       "5"},
       {"out.Echo vbObjectError & \" \" & Len(vbCrLf) & \" \" & vbLong", "-2147221504 2 3"},
       {"Dim vbCr : vbCr = 7 : out.Echo vbCr", "7"},
   });
