@@ -140,6 +140,7 @@ enum class StmtKind : uint8_t {
   Call,    // f a, b / Call f(a, b) / obj.m
   Dim,     // Dim, Public or Private variables
   ReDim,
+  Erase,  // Erase array
   Const,
   If,
   Select,
@@ -203,6 +204,12 @@ struct ReDimStmt : Stmt {
   explicit ReDimStmt(SourcePos p) : Stmt(StmtKind::ReDim, p) {}
   bool preserve = false;
   std::vector<DimVariable> variables;
+};
+
+struct EraseStmt : Stmt {
+  EraseStmt(SourcePos p, std::unique_ptr<NameExpr> a)
+      : Stmt(StmtKind::Erase, p), array(std::move(a)) {}
+  std::unique_ptr<NameExpr> array;
 };
 
 struct ConstDefinition {

@@ -12,7 +12,6 @@ bool isTrue(const Variant& v) {
   return v.type() == VarType::Boolean && v.asBoolean();
 }
 
-
 // The order in which a For loop's counter takes the widest type of its start, end and step.
 int counterRank(VarType type) {
   switch (type) {
@@ -129,6 +128,17 @@ class StatementRunner {
     return global.fixedArray;
   }
 
+  // Whether a name read in a statement is a fixed-size array (its local slot or its global).
+  bool isFixedArray(const NameExpr& name) {
+    if (name.localSlot != kNoSlot) {
+      const auto slot = static_cast<std::size_t>(name.localSlot);
+      return slot < frame_.fixedSlots.size() && frame_.fixedSlots[slot];
+    }
+    if (frame_.procedure != nullptr && frame_.implicitLocals.count(name.id) != 0) return false;
+    const auto it = e_.globalIndex.find(toUpper(name.name));
+    return it != e_.globalIndex.end() && e_.globals[it->second].fixedArray;
+  }
+
   Flow dim(const DimStmt& s) {
     for (const DimVariable& v : s.variables) {
       if (!v.isArray) continue;
@@ -164,6 +174,22 @@ class StatementRunner {
         }
       }
       *variable = Variant(std::move(resized));
+    }
+    return Flow::Normal;
+  }
+
+  // Erase: a fixed-size array keeps its bounds with every element back to Empty; a dynamic one
+  // loses its storage (as after Dim a()) until the next ReDim. Anything else is a type mismatch.
+  Flow erase(const EraseStmt& s) {
+    const NameExpr& name = *s.array;
+    Variant* variable = e_.variableOf(frame_, name, false);
+    if (variable == nullptr || !variable->isArray()) raiseScriptError(vb_error::kTypeMismatch);
+    if (isFixedArray(name)) {
+      SafeArray& array = e_.writableArray(*variable);
+      e_.chargeSteps(array.elements.size() / Evaluator::kElementsPerStep);
+      std::fill(array.elements.begin(), array.elements.end(), zeroValueOf(array.elementType));
+    } else {
+      *variable = Variant(SafeArray{});
     }
     return Flow::Normal;
   }
@@ -351,6 +377,8 @@ Flow Evaluator::execStatement(Frame& frame, const Stmt& statement) {
       return run.dim(static_cast<const DimStmt&>(statement));
     case StmtKind::ReDim:
       return run.reDim(static_cast<const ReDimStmt&>(statement));
+    case StmtKind::Erase:
+      return run.erase(static_cast<const EraseStmt&>(statement));
     case StmtKind::Const:
       return run.constant(static_cast<const ConstStmt&>(statement));
     case StmtKind::If:

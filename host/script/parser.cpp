@@ -521,6 +521,11 @@ class Parser {
         return parseConst(posOf(t), Visibility::Default);
       case Keyword::ReDim:
         return parseReDim();
+      case Keyword::Erase: {
+        advance();
+        auto s = std::make_unique<EraseStmt>(posOf(t), makeName(expectName()));
+        return s;
+      }
       case Keyword::Set:
         return parseSet();
       case Keyword::Call:

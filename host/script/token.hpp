@@ -52,6 +52,7 @@ enum class Keyword : uint8_t {
   ElseIf,
   Empty,
   End,
+  Erase,
   Eqv,
   Exit,
   False,

@@ -235,6 +235,9 @@ class Printer {
         out += ')';
         break;
       }
+      case StmtKind::Erase:
+        out += "(erase " + toUtf8(static_cast<const EraseStmt&>(s).array->name) + ')';
+        break;
       case StmtKind::Const: {
         const auto& c = static_cast<const ConstStmt&>(s);
         out += '(';

@@ -346,6 +346,14 @@ TEST(InterpreterTest, Arrays) {
        "10 Microsoft VBScript runtime error: This array is fixed or temporarily locked @3"},
       {"a = Array(1, 2) : b = a : b(0) = 9 : out.Echo a(0) & b(0)", "19"},
       {"Sub fill(arr) : arr(0) = \"f\" : End Sub\nDim a(1) : fill a : out.Echo a(0)", "f"},
+      // Erase empties a fixed array in place and frees a dynamic one until the next ReDim.
+      {"Dim a(2) : a(1) = 5 : Erase a : out.Echo UBound(a) & IsEmpty(a(1))", "2True"},
+      {"Sub s()\nDim f(1) : f(0) = 1 : Erase f : out.Echo UBound(f) & IsEmpty(f(0))\nEnd Sub\ns",
+       "1True"},
+      {"ReDim d(3) : Erase d : ReDim d(1) : out.Echo UBound(d)", "1"},
+      {"ReDim d(3) : Erase d\nout.Echo UBound(d)", "",
+       "9 Microsoft VBScript runtime error: Subscript out of range @2"},
+      {"n = 5\nErase n", "", "13 Microsoft VBScript runtime error: Type mismatch @2"},
   });
 }
 
