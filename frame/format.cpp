@@ -189,9 +189,9 @@ String twoWords(const Variant& value, StringView nonZero, StringView zero, const
   return String(number->isZero() ? zero : nonZero);
 }
 
-// "Currency": two decimals, grouping and the locale's symbol where Windows puts it for the
-// locale (see format.hpp).
-String currencyFormat(const Locale& locale) {
+}  // namespace
+
+CurrencyFormat currencyFormatOf(const Locale& locale, StringView number) {
   String symbol;
   for (char16_t unit : locale.currencySymbol) {
     symbol += u'\\';
@@ -201,23 +201,31 @@ String currencyFormat(const Locale& locale) {
   auto namedAs = [&](StringView prefix) {
     return name.size() >= prefix.size() && equalsIgnoreCase(name.substr(0, prefix.size()), prefix);
   };
-  const StringView number = u"#,##0.00";
-  String positive;
-  String negative;
+  CurrencyFormat format;
   if (namedAs(u"en-US") || namedAs(u"en_US")) {
-    positive = symbol + String(number);
-    negative = u"(" + positive + u")";
+    format.positive = symbol + String(number);
+    format.parentheses = true;
   } else if (namedAs(u"en")) {
-    positive = symbol + String(number);
-    negative = u"-" + positive;
+    format.positive = symbol + String(number);
   } else if (namedAs(u"pt-BR") || namedAs(u"pt_BR")) {
-    positive = symbol + u"\\ " + String(number);
-    negative = u"-" + positive;
+    format.positive = symbol + u"\\ " + String(number);
   } else {
-    positive = String(number) + u"\\ " + symbol;
-    negative = u"-" + positive;
+    format.positive = String(number) + u"\\ " + symbol;
   }
-  return positive + u";" + negative;
+  return format;
+}
+
+String CurrencyFormat::text(bool withParentheses) const {
+  return positive + (withParentheses ? u";(" + positive + u")" : u";-" + positive);
+}
+
+namespace {
+
+// "Currency": two decimals, grouping and the locale's symbol where Windows puts it for the
+// locale (see format.hpp).
+String currencyFormat(const Locale& locale) {
+  const CurrencyFormat format = currencyFormatOf(locale, u"#,##0.00");
+  return format.text(format.parentheses);
 }
 
 // Formats with a user-defined format text of a known kind (Literal: the value's type decides).

@@ -49,4 +49,15 @@ namespace ravelin {
 String Format(const Variant& value, StringView format = {}, int firstDayOfWeek = vbSunday,
               int firstWeekOfYear = vbFirstJan1, const Locale& locale = currentLocale());
 
+// Where the locale puts its currency symbol: the positive section of a user format around the
+// number section `number` ("#,##0.00"), and whether negatives go in parentheses (en-US) rather
+// than after a minus sign. The rules are those of the named format Currency above.
+struct CurrencyFormat {
+  String positive;
+  bool parentheses = false;
+  // The two-section user format: negatives in parentheses or after "-".
+  String text(bool withParentheses) const;
+};
+CurrencyFormat currencyFormatOf(const Locale& locale, StringView number);
+
 }  // namespace ravelin

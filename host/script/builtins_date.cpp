@@ -340,22 +340,31 @@ bool tristateArgument(Args a, std::size_t i, bool localeDefault) {
   return value == -1;
 }
 
-// FormatNumber and FormatPercent: a user format built from the options, applied to the value
-// read as a number (13 for text that is no number).
-Variant formatNumberWith(Args a, StringView suffix) {
+// The number section of FormatNumber, FormatPercent and FormatCurrency, built from their
+// digits, leading-digit and grouping options (arguments 1, 2 and 4).
+String numberSection(Args a) {
   const int32_t digits = longArgument(a, 1, -1);
   if (digits < -1 || digits > 255) invalidCall();
   const bool leadingDigit = tristateArgument(a, 2, true);
-  const bool parentheses = tristateArgument(a, 3, false);
   const bool grouping = tristateArgument(a, 4, true);
-  const Variant value = a[0].isNumber() ? a[0] : Variant(CDbl(a[0]));
   String section = grouping ? (leadingDigit ? u"#,##0" : u"#,###") : (leadingDigit ? u"0" : u"#");
   const int32_t decimals = digits == -1 ? 2 : digits;
   if (decimals > 0) section += u"." + String(static_cast<std::size_t>(decimals), u'0');
-  section += suffix;
+  return section;
+}
+
+// The value as a number (13 for text that is no number).
+Variant numberArgument(Args a) {
+  return a[0].isNumber() ? a[0] : Variant(CDbl(a[0]));
+}
+
+// FormatNumber and FormatPercent: a user format built from the options, applied to the value.
+Variant formatNumberWith(Args a, StringView suffix) {
+  const String section = numberSection(a) + String(suffix);
+  const bool parentheses = tristateArgument(a, 3, false);
   String format = section;
   if (parentheses) format += u";(" + section + u")";
-  return Variant(Format(value, format));
+  return Variant(Format(numberArgument(a), format));
 }
 
 Variant callFormatNumber(Args a) {
@@ -363,6 +372,14 @@ Variant callFormatNumber(Args a) {
 }
 Variant callFormatPercent(Args a) {
   return formatNumberWith(a, u"%");
+}
+
+// FormatCurrency: the same options, with the locale's currency symbol where the named format
+// Currency puts it; negatives go in parentheses by default where the locale writes them so.
+Variant callFormatCurrency(Args a) {
+  const CurrencyFormat currency = currencyFormatOf(currentLocale(), numberSection(a));
+  const bool parentheses = tristateArgument(a, 3, currency.parentheses);
+  return Variant(Format(numberArgument(a), currency.text(parentheses)));
 }
 
 constexpr Builtin kTable[] = {
@@ -374,6 +391,7 @@ constexpr Builtin kTable[] = {
     {u"DateValue", 1, 1, callDateValue},
     {u"Day", 1, 1, datePartOf<&DateParts::day>},
     {u"Format", 1, 4, callFormat},
+    {u"FormatCurrency", 1, 5, callFormatCurrency},
     {u"FormatDateTime", 1, 2, callFormatDateTime},
     {u"FormatNumber", 1, 5, callFormatNumber},
     {u"FormatPercent", 1, 5, callFormatPercent},

@@ -543,6 +543,18 @@ TEST(BuiltinsTest, Dates) {
       {u"FormatNumber", {D(1234.5), I(0), kMissing, kMissing, I(0)}, S(u"1235")},
       {u"FormatNumber", {S(u"abc")}, {}, 13},
       {u"FormatPercent", {D(0.256), I(1)}, S(u"25.6%")},
+      // FormatCurrency: the locale's symbol and negative form unless the caller asks otherwise.
+      {u"FormatCurrency", {D(-1234.5)}, S(u"($1,234.50)")},
+      {u"FormatCurrency", {D(-1234.5), kMissing, kMissing, I(0)}, S(u"-$1,234.50")},
+      {u"FormatCurrency", {D(-1234.5)}, S(u"-R$ 1.234,50"), 0, u"pt-BR"},
+      {u"FormatCurrency", {D(0.5), I(1), I(0)}, S(u",5 \u20ac"), 0, u"de-DE"},
+      {u"FormatCurrency",
+       {D(1234.5), I(1), kMissing, kMissing, I(0)},
+       S(u"1234,5 \u20ac"),
+       0,
+       u"de-DE"},
+      {u"FormatCurrency", {D(-2), I(0), kMissing, I(-1)}, S(u"(\u00a32)"), 0, u"en-GB"},
+      {u"FormatCurrency", {S(u"x")}, {}, 13},
       {u"Format", {D(1234.5), S(u"#,##0.00")}, S(u"1,234.50")},
   });
 }
