@@ -23,77 +23,47 @@ using namespace syntax_error;
 constexpr int kPrecedenceComparison = 7;
 constexpr int kPrecedencePower = 14;
 
+// The binary operators: the token (or, for a word, the keyword) that spells each, and its
+// precedence.
+struct BinaryOperatorSpelling {
+  TokenKind kind;
+  Keyword keyword;  // for TokenKind::Identifier
+  BinaryOp op;
+  int precedence;
+};
+constexpr BinaryOperatorSpelling kBinaryOperators[] = {
+    {TokenKind::Caret, Keyword::None, BinaryOp::Power, kPrecedencePower},
+    {TokenKind::Star, Keyword::None, BinaryOp::Multiply, 12},
+    {TokenKind::Slash, Keyword::None, BinaryOp::Divide, 12},
+    {TokenKind::Backslash, Keyword::None, BinaryOp::IntDivide, 11},
+    {TokenKind::Identifier, Keyword::Mod, BinaryOp::Mod, 10},
+    {TokenKind::Plus, Keyword::None, BinaryOp::Add, 9},
+    {TokenKind::Minus, Keyword::None, BinaryOp::Subtract, 9},
+    {TokenKind::Ampersand, Keyword::None, BinaryOp::Concat, 8},
+    {TokenKind::Equal, Keyword::None, BinaryOp::Equal, kPrecedenceComparison},
+    {TokenKind::NotEqual, Keyword::None, BinaryOp::NotEqual, kPrecedenceComparison},
+    {TokenKind::Less, Keyword::None, BinaryOp::Less, kPrecedenceComparison},
+    {TokenKind::Greater, Keyword::None, BinaryOp::Greater, kPrecedenceComparison},
+    {TokenKind::LessEqual, Keyword::None, BinaryOp::LessEqual, kPrecedenceComparison},
+    {TokenKind::GreaterEqual, Keyword::None, BinaryOp::GreaterEqual, kPrecedenceComparison},
+    {TokenKind::Identifier, Keyword::Is, BinaryOp::Is, kPrecedenceComparison},
+    {TokenKind::Identifier, Keyword::And, BinaryOp::And, 5},
+    {TokenKind::Identifier, Keyword::Or, BinaryOp::Or, 4},
+    {TokenKind::Identifier, Keyword::Xor, BinaryOp::Xor, 3},
+    {TokenKind::Identifier, Keyword::Eqv, BinaryOp::Eqv, 2},
+    {TokenKind::Identifier, Keyword::Imp, BinaryOp::Imp, 1},
+};
+
 // The binary operator a token spells and its precedence; 0 when it is none.
 int binaryOperatorOf(const Token& t, BinaryOp& op) {
-  switch (t.kind) {
-    case TokenKind::Caret:
-      op = BinaryOp::Power;
-      return kPrecedencePower;
-    case TokenKind::Star:
-      op = BinaryOp::Multiply;
-      return 12;
-    case TokenKind::Slash:
-      op = BinaryOp::Divide;
-      return 12;
-    case TokenKind::Backslash:
-      op = BinaryOp::IntDivide;
-      return 11;
-    case TokenKind::Plus:
-      op = BinaryOp::Add;
-      return 9;
-    case TokenKind::Minus:
-      op = BinaryOp::Subtract;
-      return 9;
-    case TokenKind::Ampersand:
-      op = BinaryOp::Concat;
-      return 8;
-    case TokenKind::Equal:
-      op = BinaryOp::Equal;
-      return kPrecedenceComparison;
-    case TokenKind::NotEqual:
-      op = BinaryOp::NotEqual;
-      return kPrecedenceComparison;
-    case TokenKind::Less:
-      op = BinaryOp::Less;
-      return kPrecedenceComparison;
-    case TokenKind::Greater:
-      op = BinaryOp::Greater;
-      return kPrecedenceComparison;
-    case TokenKind::LessEqual:
-      op = BinaryOp::LessEqual;
-      return kPrecedenceComparison;
-    case TokenKind::GreaterEqual:
-      op = BinaryOp::GreaterEqual;
-      return kPrecedenceComparison;
-    case TokenKind::Identifier:
-      switch (t.keyword) {
-        case Keyword::Mod:
-          op = BinaryOp::Mod;
-          return 10;
-        case Keyword::Is:
-          op = BinaryOp::Is;
-          return kPrecedenceComparison;
-        case Keyword::And:
-          op = BinaryOp::And;
-          return 5;
-        case Keyword::Or:
-          op = BinaryOp::Or;
-          return 4;
-        case Keyword::Xor:
-          op = BinaryOp::Xor;
-          return 3;
-        case Keyword::Eqv:
-          op = BinaryOp::Eqv;
-          return 2;
-        case Keyword::Imp:
-          op = BinaryOp::Imp;
-          return 1;
-        default:
-          return 0;
-      }
-    default:
-      return 0;
+  for (const auto& spelling : kBinaryOperators) {
+    if (t.kind == spelling.kind &&
+        (spelling.kind != TokenKind::Identifier || t.keyword == spelling.keyword)) {
+      op = spelling.op;
+      return spelling.precedence;
+    }
   }
+  return 0;
 }
 
 // Words that end a block: the statement list before them belongs to an enclosing construct.
