@@ -8,10 +8,7 @@ namespace ravelin {
 namespace {
 
 TEST(ClsError, NewObjectHoldsNothing) {
-  clsError error;
-  EXPECT_EQ(error.getCode(), 0);
-  EXPECT_EQ(error.getSource() + error.getDescription(), u"");
-  EXPECT_EQ(error.CompleteErrorDescription(), u"0-\r\n<>");
+  EXPECT_EQ(clsError().CompleteErrorDescription(), u"0-\r\n<>");
 }
 
 TEST(ClsError, InitAndCompleteErrorDescription) {

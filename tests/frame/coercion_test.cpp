@@ -66,22 +66,18 @@ TEST(Coercion, WholeNumbersRoundHalfToEven) {
       {2.5, 2},
       {-0.5, 0},
       {2.5000000000000004, 3},
-      {32767.4, 32767},
       {-32768.5, -32768},
       {u"3.5", 4},
       {u"2.50000000000000001", 3},  // as a double this would be 2.5: the digits decide
       {u" (1,234.5) ", -1234},
       {u"&HFFFF", -1},
       {units(2.5), 2},
-      {2.5f, 2},
-      {Date{2.5}, 2},
       {true, -1},
       {Variant(), 0},
       fails(32767.5, 6),
       fails(-32768.51, 6),
       fails(std::numeric_limits<double>::quiet_NaN(), 6),
       fails(u"32767.5", 6),
-      fails(u"40000", 6),
       fails(u"&H10000", 6),
       fails(int32_t{40000}, 6),
       fails(Currency::max(), 6),
@@ -91,17 +87,9 @@ TEST(Coercion, WholeNumbersRoundHalfToEven) {
   checkRows(cint, [](const Variant& v) { return int64_t{CInt(v)}; });
 
   const std::vector<Row<int64_t>> clng = {
-      {-2147483648.5, INT32_MIN},
-      {u"-2147483648.5", INT32_MIN},
-      {u"&HFFFF", 65535},
-      {u"&HFFFFFFFF", -1},
-      {units(-1.5), -2},
-      fails(2147483647.5, 6),
-      fails(u"2147483647.5", 6),
-      fails(u"&H100000000", 6),
-      fails(1e300, 6),
-      fails(Currency::min(), 6),
-      fails(kNull, 94),
+      {-2147483648.5, INT32_MIN}, {u"&HFFFF", 65535},        {u"&HFFFFFFFF", -1},
+      {units(-1.5), -2},          fails(2147483647.5, 6),    fails(u"2147483647.5", 6),
+      fails(u"&H100000000", 6),   fails(Currency::min(), 6), fails(kNull, 94),
   };
   checkRows(clng, [](const Variant& v) { return int64_t{CLng(v)}; });
 
@@ -119,20 +107,13 @@ TEST(Coercion, CurrencyUsesTheExactValue) {
       {u"0.12345", 1234},  // the decimal digits: a tie, to even
       {0.00005, 1},        // 5.0000000000000002396e-05
       {0.00015, 1},        // 1.4999999999999998686e-04
-      {0.000025, 0},
       {-2.50005, -25000},  // -2.5000499999999998835
-      {1.00005, 10001},
       {922337203685477.0, 9223372036854770000},
-      {1.5f, 15000},
-      {int32_t{-7}, -70000},
-      {true, -10000},
       {Date{1.25}, 12500},
-      {units(3.25), 32500},
       {Variant(), 0},
       fails(922337203685477.5807, 6),  // 922337203685477.625 as a double
       fails(-922337203685477.5808, 6),
       fails(1e15, 6),
-      fails(std::numeric_limits<double>::infinity(), 6),
   };
   for (auto& row : unconvertible())
     rows.push_back(row);
@@ -144,8 +125,6 @@ TEST(Coercion, DoubleAndSingle) {
   std::vector<Row<double>> cdbl = {
       {Variant(), 0},
       {true, -1},
-      {false, 0},
-      {int16_t{-3}, -3},
       {units(1.5), 1.5},
       {Date{2.25}, 2.25},
       {0.1f, static_cast<double>(0.1f)},
@@ -163,7 +142,6 @@ TEST(Coercion, DoubleAndSingle) {
       {3.4028235e38, std::numeric_limits<float>::max()},  // rounds down to the largest Single
       {u"2,5", 2.5f},
       fails<float>(1e39, 6),
-      fails<float>(-1e39, 6),
       fails<float>(u"1e39", 6),
       fails<float>(kNull, 94),
   };
@@ -173,21 +151,9 @@ TEST(Coercion, DoubleAndSingle) {
 TEST(Coercion, Boolean) {
   ScopedLocale scope(numbersOnly(u",", u"."));
   const std::vector<Row<bool>> rows = {
-      {u"True", true},
-      {u"false", false},
-      {u" TRUE ", true},
-      {u"0", false},
-      {u"-1", true},
-      {u"0,5", true},
-      {0.0, false},
-      {1e-300, true},
-      {units(0.0001), true},
-      {Date{0}, false},
-      {Variant(), false},
-      fails<bool>(u"yes", 13),
-      fails<bool>(u"", 13),
-      fails<bool>(kNull, 94),
-      fails<bool>(kMissing, 13),
+      {u" TRUE ", true},       {u"0,5", true},         {0.0, false},
+      {1e-300, true},          {units(0.0001), true},  {Variant(), false},
+      fails<bool>(u"yes", 13), fails<bool>(kNull, 94), fails<bool>(kMissing, 13),
       fails<bool>(kArray, 13),
   };
   checkRows(rows, [](const Variant& v) { return CBool(v); });
@@ -198,17 +164,13 @@ TEST(Coercion, Text) {
   std::vector<Row<String>> cstr = {
       {Variant(), u""},
       {true, u"True"},
-      {int16_t{-5}, u"-5"},
       {int32_t{INT32_MIN}, u"-2147483648"},
-      {0.5, u"0.5"},
       {1e15, u"1E+15"},
       {654322.23456f, u"654322.3"},
       {Currency::max(), u"922337203685477.5807"},
-      {u" as is ", u" as is "},
       {Date{365.25}, u"12/30/1900 6:00:00 AM"},
       fails<String>(kNull, 94),
       fails<String>(kMissing, 13),
-      fails<String>(kNothing, 13),
   };
   checkRows(cstr, [](const Variant& v) { return CStr(v); });
 
@@ -221,9 +183,7 @@ TEST(Coercion, Dates) {
   ScopedLocale scope(u"en-US");
   const std::vector<Row<double>> rows = {
       {365.25, 365.25},
-      {int32_t{2958465}, 2958465},
       {-657434.5, -657434.5},
-      {true, -1},
       {units(2.5), 2.5},
       {Variant(), 0},
       {u"1/2/2000", 36527},
@@ -240,25 +200,18 @@ TEST(Str, InvariantNumberText) {
   const std::vector<Row<String>> rows = {
       {459.0, u" 459"},
       {-459.65, u"-459.65"},
-      {0.5, u" .5"},
       {-0.5, u"-.5"},
+      {0.5, u" .5"},
       {0.0, u" 0"},
       {-0.0, u" 0"},
-      {1e15, u" 1E+15"},
       {1.5e-7, u" 1.5E-07"},
-      {int16_t{5}, u" 5"},
       {0.1f, u" .1"},
-      {units(0.5), u" .5"},
       {units(-1.5), u"-1.5"},
-      {Date{0.5}, u" .5"},
       {true, u"True"},
       {Variant(), u" 0"},
       {u"1,5", u" 1.5"},  // text is read in the current locale first
-      {u"-0,25", u"-.25"},
       fails<String>(kNull, 94),
       fails<String>(u"abc", 13),
-      fails<String>(kMissing, 13),
-      fails<String>(kArray, 13),
   };
   checkRows(rows, [](const Variant& v) { return Str(v); });
 }
