@@ -53,7 +53,6 @@ TEST(ClsArrayString, GetItemsAsList) {
   const Row rows[] = {
       {{}, u"'", u""},
       {{u"a", u"b"}, u"'", u"'a','b'"},
-      {{u"a", u"b"}, u"", u"a,b"},
       // Nothing inside the texts is escaped.
       {{u"x,y", u"it's"}, u"'", u"'x,y','it's'"},
       {{u"", u""}, u"", u","},
@@ -63,7 +62,6 @@ TEST(ClsArrayString, GetItemsAsList) {
     SCOPED_TRACE(toUtf8(row.expected));
     EXPECT_EQ(arrayOf(row.texts)->getItemsAsList(row.quote), row.expected);
   }
-  EXPECT_EQ(arrayOf({u"p", u"q"})->getItemsAsList(), u"p,q");
 }
 
 TEST(ClsArrayString, FindAndRemoveItemWithKeyAreExact) {
@@ -86,7 +84,7 @@ TEST(ClsArrayString, FindAndRemoveItemWithKeyAreExact) {
   }
 }
 
-TEST(ClsArrayString, BadIndexesAndTheCopyInterface) {
+TEST(ClsArrayString, BadIndexes) {
   const auto array = arrayOf({u"a", u"b"});
   EXPECT_FALSE(array->removeItem(2));
   try {
@@ -97,16 +95,6 @@ TEST(ClsArrayString, BadIndexesAndTheCopyInterface) {
     EXPECT_EQ(error.source(), u"Tarn.Quillmark.Common");
     EXPECT_EQ(error.description(), u"clsArrayString.letItem()");
   }
-
-  // Copy requests are accepted and ignored; no copy, no parameter.
-  const auto other = arrayOf({u"z"});
-  EXPECT_EQ(array->getClassIdAsString(), u"clsArrayString");
-  array->copyObject(other);
-  array->copyToObject(other, 0);
-  EXPECT_EQ(contentsOf(*array), (std::vector<String>{u"a", u"b"}));
-  EXPECT_EQ(contentsOf(*other), (std::vector<String>{u"z"}));
-  EXPECT_EQ(array->generateCopy(), nullptr);
-  EXPECT_TRUE(array->getParameterValue(u"Count").isEmpty());
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <ravelin/containers/cls_data_column.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/tests/support/error_number.hpp>
 #include <vector>
 
 namespace ravelin {
@@ -23,6 +24,7 @@ std::vector<String> contentsOf(const clsCollectionAccessKey& collection) {
   return rows;
 }
 
+// A refused duplicate and each flag alone run in examples/collections.vbs.
 TEST(Collections, AddWithTheTwoFlags) {
   struct Row {
     const char* what;
@@ -32,8 +34,6 @@ TEST(Collections, AddWithTheTwoFlags) {
     std::vector<String> contents;
   };
   const Row rows[] = {
-      {"no flag: refused, first kept", false, false, false, {u"k1=1", u"k2=2"}},
-      {"ignore: accepted, first kept", false, true, true, {u"k1=1", u"k2=2"}},
       {"override: new item at the end", true, false, true, {u"k2=2", u"K1=9"}},
       {"both: ignore wins", true, true, true, {u"k1=1", u"k2=2"}},
   };
@@ -54,7 +54,6 @@ TEST(Collections, ReplacementMovesTheItemToTheEnd) {
     std::vector<String> contents;
   };
   const Row rows[] = {
-      {Variant(u"k2"), true, {u"k1=1", u"k3=3", u"k2=9"}},
       {Variant(u"K3"), true, {u"k1=1", u"k2=2", u"K3=9"}},  // the address becomes the key
       {Variant(u"k4"), false, {u"k1=1", u"k2=2", u"k3=3"}},
       // A position names no key to add the new value under: nothing is removed.
@@ -77,9 +76,7 @@ TEST(Collections, ReadingMissingItems) {
   collection.add(Variant(u"text"), u"Key");
   collection.add(Variant(held), u"obj");
 
-  EXPECT_TRUE(collection.itemExists(u"KEY"));
   EXPECT_FALSE(collection.itemExists(u"1"));  // a text is always a key, never a position
-  EXPECT_EQ(collection.item(Variant(1)), Variant(u"text"));
   EXPECT_EQ(collection.ItemObject(Variant(u"OBJ")), held);
   EXPECT_EQ(collection.ItemObject(Variant(u"key")), nullptr);  // not an object
 
@@ -88,9 +85,8 @@ TEST(Collections, ReadingMissingItems) {
     int32_t number;
     const char16_t* description;
   };
+  // item's own not-found texts run in examples/collections.vbs.
   const Row rows[] = {
-      {[&] { collection.item(Variant(3), true); }, CCEC_InvalidIndex, u"clsCollection.item()"},
-      {[&] { collection.item(Variant(u"x"), true); }, CCEC_ItemNotFound, u"clsCollection.item()"},
       {[&] { collection.ItemObject(Variant(0), true); }, CCEC_InvalidIndex,
        u"clsCollection.ItemObject()"},
       {[&] { collection.ItemObject(Variant(u"key"), true); }, 13, u"Type mismatch"},
@@ -108,7 +104,6 @@ TEST(Collections, ReadingMissingItems) {
     }
   }
   EXPECT_TRUE(collection.item(Variant(3)).isEmpty());
-  EXPECT_TRUE(collection.item(Variant(u"x")).isEmpty());
 }
 
 TEST(Collections, RemovalEnumerationAndKeys) {
@@ -134,7 +129,6 @@ TEST(Collections, RemovalEnumerationAndKeys) {
   clsCollectionAccessKey keyed;
   keyed.add(Variant(1), u"B");
   keyed.add(Variant(2), u"a");
-  EXPECT_EQ(keyed.listKeys()->getItemsAsList(u"'"), u"'B','a'");
   String key = u"stale";
   EXPECT_TRUE(keyed.ItemAndKey(3, key).isEmpty());
   EXPECT_EQ(key, u"");
@@ -162,17 +156,10 @@ TEST(Collections, ByNameAsScriptsUseThem) {
             Variant(true));
   EXPECT_EQ(call(objects, u"item", {{Variant(u"c")}}), Variant(column));
   // A collection of copy-interface objects takes no other object.
-  try {
-    call(objects, u"add", {{Variant(registry.create(u"clsError"))}, {Variant(u"e")}});
-    ADD_FAILURE() << "no error";
-  } catch (const AutomationError& error) {
-    EXPECT_EQ(error.number(), 13);
-  }
-  // Both collection classes name themselves "clsCollection".
-  EXPECT_EQ(call(registry.create(u"clsCollectionAccessKey"), u"getClassIdAsString", {}),
-            Variant(u"clsCollection"));
-  EXPECT_EQ(call(objects, u"getClassIdAsString", {}), Variant(u"clsCollectionObjects"));
-  EXPECT_TRUE(call(objects, u"IObject_copyToObject", {{Variant(column)}}).isEmpty());
+  EXPECT_EQ(errorNumberOf([&] {
+              call(objects, u"add", {{Variant(registry.create(u"clsError"))}, {Variant(u"e")}});
+            }),
+            vb_error::kTypeMismatch);
 }
 
 }  // namespace

@@ -117,25 +117,12 @@ TEST(CopyInterface, IsAPublicClassThatCannotBeCreated) {
   EXPECT_EQ(info->members().size(), 5u);
 }
 
-// The copying classes take only a source of their own class; the others accept anything.
-TEST(CopyInterface, SourceOfAnotherClass) {
+// The ignoring classes accept a source of any class (the copying ones refuse it: see their tests).
+TEST(CopyInterface, IgnoringClassTakesASourceOfAnotherClass) {
   const ClassRegistry& registry = ClassRegistry::library();
-  const ObjectRef stranger = registry.create(u"clsCollection");
-  const struct {
-    StringView className;
-    int32_t number;
-  } rows[] = {{u"clsArrayString2", 13}, {u"clsDataColumn", 13}, {u"clsArrayString", 0}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(toUtf8(row.className));
-    std::vector<CallArgument> arguments{{Variant(stranger)}};
-    int32_t number = 0;
-    try {
-      callMember(registry.create(row.className), u"copyObject", MemberKind::Method, arguments);
-    } catch (const AutomationError& error) {
-      number = error.number();
-    }
-    EXPECT_EQ(number, row.number);
-  }
+  std::vector<CallArgument> arguments{{Variant(registry.create(u"clsCollection"))}};
+  EXPECT_NO_THROW(
+      callMember(registry.create(u"clsArrayString"), u"copyObject", MemberKind::Method, arguments));
 }
 
 }  // namespace
