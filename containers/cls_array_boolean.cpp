@@ -1,6 +1,6 @@
 #include <cstdint>
+#include <ravelin/containers/allocate_space_member.hpp>
 #include <ravelin/containers/cls_array_boolean.hpp>
-
 #include <ravelin/frame/class_builder.hpp>
 
 namespace ravelin {
@@ -39,9 +39,11 @@ String clsArrayBoolean::getItemsAsList() const {
 }
 
 ClassInfo clsArrayBoolean::describe() {
-  return ClassBuilder<clsArrayBoolean>(kClassName)
-      .method(u"add", &clsArrayBoolean::add, {u"vbValue"})
-      .method(u"setArraySizeWithEmptyValues", &clsArrayBoolean::setArraySizeWithEmptyValues, {u"viCount"})
+  ClassBuilder<clsArrayBoolean> builder(kClassName);
+  publishAllocateSpacePublic<clsArrayBoolean, int16_t>(builder, u"viSize");
+  return builder.method(u"add", &clsArrayBoolean::add, {u"vbValue"})
+      .method(u"setArraySizeWithEmptyValues", &clsArrayBoolean::setArraySizeWithEmptyValues,
+              {u"viCount"})
       .get(u"item", &clsArrayBoolean::item, {u"viIndex"})
       .let(u"item", &clsArrayBoolean::letItem, {u"viIndex", u"vbValue"})
       .method(u"getCount", &clsArrayBoolean::getCount)
@@ -51,12 +53,6 @@ ClassInfo clsArrayBoolean::describe() {
       .method(u"removeItem", &clsArrayBoolean::removeItem, {u"viIndex"})
       .method(u"removeLastItem", &clsArrayBoolean::removeLastItem)
       .method(u"addTo", &clsArrayBoolean::addTo, {u"viIndex", u"vbValue"})
-      .method(u"allocateSpacePublic",
-              [](clsArrayBoolean& self, int16_t size, bool& preserveValues, bool& resetCount) {
-                self.allocateSpacePublic(size, preserveValues, resetCount);
-              },
-              {u"viSize", optional(u"vbPreserveValues", true),
-               optional(u"vbResetCountVariable", false)})
       .build();
 }
 

@@ -1,3 +1,4 @@
+#include <ravelin/containers/allocate_space_member.hpp>
 #include <ravelin/containers/cls_array_object.hpp>
 #include <ravelin/frame/class_builder.hpp>
 #include <utility>
@@ -16,16 +17,11 @@ void clsArrayObject::setItem(int16_t viIndex, IObjectRef voValue) {
 
 ClassInfo clsArrayObject::describe() {
   ClassBuilder<clsArrayObject> builder(kClassName);
-  return publishCopyInterface(builder)
-      .method(u"add", &clsArrayObject::add, {u"voValue"})
+  publishCopyInterface(builder);
+  publishAllocateSpacePublic<clsArrayObject, int16_t>(builder, u"viSize");
+  return builder.method(u"add", &clsArrayObject::add, {u"voValue"})
       .method(u"setArraySizeWithEmptyValues", &clsArrayObject::setArraySizeWithEmptyValues,
               {u"viCount"})
-      .method(u"allocateSpacePublic",
-              [](clsArrayObject& self, int16_t size, bool& preserveValues, bool& resetCount) {
-                self.allocateSpacePublic(size, preserveValues, resetCount);
-              },
-              {u"viSize", optional(u"vbPreserveValues", true),
-               optional(u"vbResetCountVariable", false)})
       .get(u"item", &clsArrayObject::item, {u"viIndex"})
       .method(u"removeItem", &clsArrayObject::removeItem, {u"viIndex"})
       .method(u"removeLastItem", &clsArrayObject::removeLastItem)

@@ -37,6 +37,7 @@ class clsArrayObject : public IgnoringCopyObject,
   // The member table late-bound callers see.
   static ClassInfo describe();
 
+  using Base::allocateSpacePublic;
   using Base::getCount;
   using Base::removeAll;
   using Base::setArraySizeWithEmptyValues;
@@ -48,13 +49,6 @@ class clsArrayObject : public IgnoringCopyObject,
   // Appends a reference (Nothing too); true, or false when the array cannot grow (it is then
   // unchanged).
   bool add(IObjectRef voValue) { return tryAdd(std::move(voValue)); }
-
-  // Rebuilds the storage for viSize slots, keeping the references when vbPreserveValues. The
-  // count becomes 0 when vbResetCountVariable, and is otherwise only lowered to viSize.
-  void allocateSpacePublic(int16_t viSize, bool vbPreserveValues = true,
-                           bool vbResetCountVariable = false) {
-    Base::allocateSpacePublic(viSize, vbPreserveValues, vbResetCountVariable);
-  }
 
   // The reference at viIndex (0 to count - 1).
   IObjectRef item(int16_t viIndex) const;

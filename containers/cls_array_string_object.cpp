@@ -1,3 +1,4 @@
+#include <ravelin/containers/allocate_space_member.hpp>
 #include <ravelin/containers/cls_array_string_object.hpp>
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/error.hpp>
@@ -69,14 +70,9 @@ bool clsArrayStringObject::removeWithKey(StringView vsKey, bool vbIgnoreNotFound
 
 ClassInfo clsArrayStringObject::describe() {
   using Self = clsArrayStringObject;
-  return ClassBuilder<Self>(kClassName)
-      .method(u"add", &Self::add, {u"vsKey", u"voValue"})
-      .method(u"allocateSpacePublic",
-              [](Self& self, int32_t size, bool& preserveValues, bool& resetCount) {
-                self.allocateSpacePublic(size, preserveValues, resetCount);
-              },
-              {u"vlSize", optional(u"vbPreserveValues", true),
-               optional(u"vbResetCountVariable", false)})
+  ClassBuilder<Self> builder(kClassName);
+  publishAllocateSpacePublic<clsArrayStringObject, int32_t>(builder, u"vlSize");
+  return builder.method(u"add", &Self::add, {u"vsKey", u"voValue"})
       .get(u"item", &Self::item, {u"vlIndex"})
       .set(u"item", &Self::setItem, {u"vlIndex", u"voValue"})
       .get(u"ItemKey", &Self::ItemKey, {u"vlIndex"})

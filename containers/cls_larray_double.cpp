@@ -1,3 +1,4 @@
+#include <ravelin/containers/allocate_space_member.hpp>
 #include <ravelin/containers/cls_larray_double.hpp>
 #include <ravelin/frame/class_builder.hpp>
 
@@ -15,14 +16,9 @@ void clsLArrayDouble::letItem(int32_t vlIndex, double vdValue) {
 
 ClassInfo clsLArrayDouble::describe() {
   ClassBuilder<clsLArrayDouble> builder(kClassName);
-  return publishCopyInterface(builder)
-      .method(u"add", &clsLArrayDouble::add, {u"vdValue"})
-      .method(u"allocateSpacePublic",
-              [](clsLArrayDouble& self, int32_t size, bool& preserveValues, bool& resetCount) {
-                self.allocateSpacePublic(size, preserveValues, resetCount);
-              },
-              {u"vlSize", optional(u"vbPreserveValues", true),
-               optional(u"vbResetCountVariable", false)})
+  publishCopyInterface(builder);
+  publishAllocateSpacePublic<clsLArrayDouble, int32_t>(builder, u"vlSize");
+  return builder.method(u"add", &clsLArrayDouble::add, {u"vdValue"})
       .get(u"item", &clsLArrayDouble::item, {u"vlIndex"})
       .let(u"item", &clsLArrayDouble::letItem, {u"vlIndex", u"vdValue"})
       .method(u"remove", &clsLArrayDouble::remove, {u"vlIndex"})

@@ -32,6 +32,7 @@ class clsLArrayDouble : public RefusingCopyObject,
   // The member table late-bound callers see.
   static ClassInfo describe();
 
+  using Base::allocateSpacePublic;
   using Base::getCount;
   using Base::remove;
   using Base::removeAll;
@@ -42,14 +43,6 @@ class clsLArrayDouble : public RefusingCopyObject,
   bool add(double vdValue) {
     Base::add(vdValue);
     return true;
-  }
-
-  // Rebuilds the storage for vlSize slots, keeping the values when vbPreserveValues (otherwise
-  // every slot is 0). The count becomes 0 when vbResetCountVariable, and is otherwise only
-  // lowered to vlSize.
-  void allocateSpacePublic(int32_t vlSize, bool vbPreserveValues = true,
-                           bool vbResetCountVariable = false) {
-    Base::allocateSpacePublic(vlSize, vbPreserveValues, vbResetCountVariable);
   }
 
   // The value at vlIndex (0 to count - 1).

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <ravelin/containers/allocate_space_member.hpp>
 #include <ravelin/containers/cls_larray_double2.hpp>
 #include <ravelin/frame/class_builder.hpp>
 
@@ -52,14 +53,9 @@ void clsLArrayDouble2::orderValues(int32_t vlOptions) {
 
 ClassInfo clsLArrayDouble2::describe() {
   ClassBuilder<clsLArrayDouble2> builder(kClassName);
-  return publishCopyInterface(builder)
-      .method(u"add", &clsLArrayDouble2::add, {u"vdValue1", u"vdValue2"})
-      .method(u"allocateSpacePublic",
-              [](clsLArrayDouble2& self, int32_t size, bool& preserveValues, bool& resetCount) {
-                self.allocateSpacePublic(size, preserveValues, resetCount);
-              },
-              {u"vlSize", optional(u"vbPreserveValues", true),
-               optional(u"vbResetCountVariable", false)})
+  publishCopyInterface(builder);
+  publishAllocateSpacePublic<clsLArrayDouble2, int32_t>(builder, u"vlSize");
+  return builder.method(u"add", &clsLArrayDouble2::add, {u"vdValue1", u"vdValue2"})
       .get(u"Item1", &clsLArrayDouble2::Item1, {u"vlIndex"})
       .let(u"Item1", &clsLArrayDouble2::letItem1, {u"vlIndex", u"vdValue"})
       .get(u"Item2", &clsLArrayDouble2::Item2, {u"vlIndex"})

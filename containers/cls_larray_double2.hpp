@@ -50,6 +50,7 @@ class clsLArrayDouble2
   // The member table late-bound callers see.
   static ClassInfo describe();
 
+  using Base::allocateSpacePublic;
   using Base::getCount;
   using Base::remove;
   using Base::removeAll;
@@ -60,14 +61,6 @@ class clsLArrayDouble2
   bool add(double vdValue1, double vdValue2) {
     Base::add({vdValue1, vdValue2});
     return true;
-  }
-
-  // Rebuilds the storage for vlSize rows, keeping the values when vbPreserveValues (otherwise
-  // every row is 0, 0). The count becomes 0 when vbResetCountVariable, and is otherwise only
-  // lowered to vlSize.
-  void allocateSpacePublic(int32_t vlSize, bool vbPreserveValues = true,
-                           bool vbResetCountVariable = false) {
-    Base::allocateSpacePublic(vlSize, vbPreserveValues, vbResetCountVariable);
   }
 
   // The first and second value of row vlIndex (0 to count - 1), read and replaced.

@@ -1,3 +1,4 @@
+#include <ravelin/containers/allocate_space_member.hpp>
 #include <ravelin/containers/cls_larray_long_object.hpp>
 #include <ravelin/frame/class_builder.hpp>
 #include <utility>
@@ -68,15 +69,10 @@ bool clsLArrayLongObject::removeWithKey(int32_t vlKey, bool vbIgnoreNotFoundErro
 
 ClassInfo clsLArrayLongObject::describe() {
   ClassBuilder<clsLArrayLongObject> builder(kClassName);
-  return publishCopyInterface(builder)
-      .method(u"add", &clsLArrayLongObject::add, {u"vlKey", u"voValue"})
+  publishCopyInterface(builder);
+  publishAllocateSpacePublic<clsLArrayLongObject, int32_t>(builder, u"vlSize");
+  return builder.method(u"add", &clsLArrayLongObject::add, {u"vlKey", u"voValue"})
       .method(u"addSortAscByKey", &clsLArrayLongObject::addSortAscByKey, {u"vlKey", u"voValue"})
-      .method(u"allocateSpacePublic",
-              [](clsLArrayLongObject& self, int32_t size, bool& preserveValues, bool& resetCount) {
-                self.allocateSpacePublic(size, preserveValues, resetCount);
-              },
-              {u"vlSize", optional(u"vbPreserveValues", true),
-               optional(u"vbResetCountVariable", false)})
       .get(u"item", &clsLArrayLongObject::item, {u"vlIndex"})
       .set(u"item", &clsLArrayLongObject::setItem, {u"vlIndex", u"voValue"})
       .get(u"ItemKey", &clsLArrayLongObject::ItemKey, {u"vlIndex"})

@@ -54,6 +54,7 @@ class clsLArrayLongObject
   // The member table late-bound callers see.
   static ClassInfo describe();
 
+  using Base::allocateSpacePublic;
   using Base::getCount;
   using Base::remove;
   using Base::removeAll;
@@ -66,13 +67,6 @@ class clsLArrayLongObject
   // Inserts a pair after the last element whose key is at most vlKey (at 0 when every key is
   // greater), growing when full; returns the index it took.
   int32_t addSortAscByKey(int32_t vlKey, ObjectRef voValue);
-
-  // Rebuilds the storage for vlSize slots, keeping the pairs when vbPreserveValues. The count
-  // becomes 0 when vbResetCountVariable, and is otherwise only lowered to vlSize.
-  void allocateSpacePublic(int32_t vlSize, bool vbPreserveValues = true,
-                           bool vbResetCountVariable = false) {
-    Base::allocateSpacePublic(vlSize, vbPreserveValues, vbResetCountVariable);
-  }
 
   // The object and the key at vlIndex (0 to count - 1), read and replaced.
   ObjectRef item(int32_t vlIndex) const;

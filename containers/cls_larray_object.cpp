@@ -1,3 +1,4 @@
+#include <ravelin/containers/allocate_space_member.hpp>
 #include <ravelin/containers/cls_larray_object.hpp>
 #include <ravelin/frame/class_builder.hpp>
 #include <utility>
@@ -28,14 +29,9 @@ void clsLArrayObject::setItem(int32_t vlIndex, ObjectRef voValue) {
 
 ClassInfo clsLArrayObject::describe() {
   ClassBuilder<clsLArrayObject> builder(kClassName);
-  return publishCopyInterface(builder)
-      .method(u"add", &clsLArrayObject::add, {u"voValue"})
-      .method(u"allocateSpacePublic",
-              [](clsLArrayObject& self, int32_t size, bool& preserveValues, bool& resetCount) {
-                self.allocateSpacePublic(size, preserveValues, resetCount);
-              },
-              {u"vlSize", optional(u"vbPreserveValues", true),
-               optional(u"vbResetCountVariable", false)})
+  publishCopyInterface(builder);
+  publishAllocateSpacePublic<clsLArrayObject, int32_t>(builder, u"vlSize");
+  return builder.method(u"add", &clsLArrayObject::add, {u"voValue"})
       .get(u"item", &clsLArrayObject::item, {u"vlIndex"})
       .set(u"item", &clsLArrayObject::setItem, {u"vlIndex", u"voValue"})
       .method(u"remove", &clsLArrayObject::remove, {u"vlIndex"})

@@ -33,6 +33,7 @@ class clsLArrayObject : public RefusingCopyObject,
   // The member table late-bound callers see.
   static ClassInfo describe();
 
+  using Base::allocateSpacePublic;
   using Base::getCount;
   using Base::remove;
   using Base::removeAll;
@@ -42,13 +43,6 @@ class clsLArrayObject : public RefusingCopyObject,
   // Appends a reference (Nothing too), growing when full; true. A growth past the storage limit
   // raises out of memory (7).
   bool add(ObjectRef voValue);
-
-  // Rebuilds the storage for vlSize slots, keeping the references when vbPreserveValues. The
-  // count becomes 0 when vbResetCountVariable, and is otherwise only lowered to vlSize.
-  void allocateSpacePublic(int32_t vlSize, bool vbPreserveValues = true,
-                           bool vbResetCountVariable = false) {
-    Base::allocateSpacePublic(vlSize, vbPreserveValues, vbResetCountVariable);
-  }
 
   // The reference at vlIndex (0 to count - 1).
   ObjectRef item(int32_t vlIndex) const;

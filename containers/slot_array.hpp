@@ -104,7 +104,7 @@ class SlotArray {
   // emptying every slot otherwise; slot count = size. Then count = 0 when resetCount is true,
   // and otherwise count is lowered to size if it was above (never raised). A negative size
   // raises subscript out of range (9); the array is then unchanged.
-  void allocateSpacePublic(Index size, bool preserve, bool resetCount) {
+  void allocateSpacePublic(Index size, bool preserve = true, bool resetCount = false) {
     rebuildStorage(size, preserve);
     if (resetCount) {
       count_ = 0;

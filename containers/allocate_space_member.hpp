@@ -1,0 +1,20 @@
+// The allocateSpacePublic member that the directly sized arrays publish alike: a size, and two
+// optional flags taken by reference (keep the values: true; reset the count: false).
+#pragma once
+
+#include <ravelin/frame/class_builder.hpp>
+
+namespace ravelin {
+
+template <typename C, typename Index>
+ClassBuilder<C>& publishAllocateSpacePublic(ClassBuilder<C>& builder, StringView sizeName) {
+  return builder.method(
+      u"allocateSpacePublic",
+      [](C& self, Index size, bool& vbPreserveValues, bool& vbResetCountVariable) {
+        self.allocateSpacePublic(size, vbPreserveValues, vbResetCountVariable);
+      },
+      {Param(sizeName), optional(u"vbPreserveValues", true),
+       optional(u"vbResetCountVariable", false)});
+}
+
+}  // namespace ravelin
