@@ -1,6 +1,6 @@
-#include <ravelin/frame/text.hpp>
-
 #include <gtest/gtest.h>
+
+#include <ravelin/frame/text.hpp>
 
 namespace ravelin {
 namespace {
