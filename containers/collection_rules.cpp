@@ -8,19 +8,13 @@ namespace ravelin::detail {
 bool CollectionRules::add(Variant vvntItem, StringView vsKey, bool vbOverride,
                           bool vbIgnoreErrorIfAlreadyExists) {
   try {
-    items_.add(vvntItem, vsKey);
-    return true;
-  } catch (const AutomationError& error) {
-    if ((!vbOverride && !vbIgnoreErrorIfAlreadyExists) ||
-        error.number() != vb_error::kDuplicateKey) {
-      return false;
+    // A key in use is the collection's duplicate-key failure: refused without a flag, the
+    // existing item kept when told to ignore it (tested first), replaced when told to override.
+    if (items_.find(vsKey) != nullptr) {
+      if (vbIgnoreErrorIfAlreadyExists) return true;
+      if (!vbOverride) return false;
+      items_.remove(vsKey);
     }
-  } catch (const std::bad_alloc&) {
-    return false;
-  }
-  if (vbIgnoreErrorIfAlreadyExists) return true;
-  try {
-    items_.remove(vsKey);
     items_.add(std::move(vvntItem), vsKey);
     return true;
   } catch (const AutomationError&) {
