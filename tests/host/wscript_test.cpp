@@ -60,12 +60,11 @@ struct Harness {
   std::shared_ptr<WScript> wscript;
 };
 
-TEST(WScript, EchoTakesAnyNumberOfArguments) {
+// tests/scripts/echo_values pins what Echo writes; here, its limit of 64 arguments.
+TEST(WScript, EchoTakesUpTo64Arguments) {
   Harness host;
-  host.call(u"Echo");
-  host.call(u"Echo", {Variant(int32_t{1}), Variant(String(u"two")), Variant::null()});
-  host.call(u"echo", {Variant(true)});
-  EXPECT_EQ(host.output, "\n1 two null\n-1\n");
+  host.call(u"echo", std::vector<Variant>(64, Variant(true)));
+  EXPECT_EQ(host.output.size(), 64u * 3u);
   std::vector<Variant> tooMany(65, Variant(int32_t{0}));
   EXPECT_EQ(errorNumberOf([&] { host.call(u"Echo", tooMany); }), vb_error::kWrongArgumentCount);
 }
@@ -75,19 +74,10 @@ TEST(WScript, ArgumentsAndScriptNames) {
                               u"/work/tests/scripts/run.vbs",
                               {u"first", u"second word"},
                               u"1.2.3"});
+  // Count, Item, For Each and the out-of-range index are pinned by tests/scripts/arguments;
+  // an index given as text is read as a number.
   ObjectRef arguments = host.get(host.wscript, u"Arguments").asObject();
-  EXPECT_EQ(host.get(arguments, u"Count").asLong(), 2);
-  EXPECT_EQ(host.get(arguments, u"length").asLong(), 2);
-  EXPECT_EQ(host.get(arguments, u"Item", {Variant(int16_t{1})}).asString(), u"second word");
-  EXPECT_EQ(host.get(arguments, u"", {Variant(String(u"0"))}).asString(), u"first");
-  EXPECT_EQ(errorNumberOf([&] { host.get(arguments, u"Item", {Variant(int32_t{2})}); }),
-            vb_error::kSubscriptOutOfRange);
-  std::vector<Variant> items;
-  EXPECT_TRUE(arguments->enumerate(items));
-  EXPECT_EQ(items,
-            (std::vector<Variant>{Variant(String(u"first")), Variant(String(u"second word"))}));
-
-  EXPECT_EQ(host.get(host.wscript, u"ScriptName").asString(), u"run.vbs");
+  EXPECT_EQ(host.get(arguments, u"", {Variant(String(u"1"))}).asString(), u"second word");
   EXPECT_EQ(host.get(host.wscript, u"ScriptFullName").asString(), u"/work/tests/scripts/run.vbs");
   EXPECT_EQ(host.get(host.wscript, u"Version").asString(), u"1.2.3");
 
