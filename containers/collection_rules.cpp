@@ -4,24 +4,34 @@
 #include <ravelin/frame/error.hpp>
 
 namespace ravelin::detail {
+namespace {
 
-bool CollectionRules::add(Variant vvntItem, StringView vsKey, bool vbOverride,
-                          bool vbIgnoreErrorIfAlreadyExists) {
+// Runs one operation on the collection; any failure (the collection's own errors, the reading of
+// an address, memory) is reported as false and leaves no error behind.
+template <typename Operation>
+bool succeeded(Operation operation) {
   try {
-    // A key in use is the collection's duplicate-key failure: refused without a flag, the
-    // existing item kept when told to ignore it (tested first), replaced when told to override.
-    if (items_.find(vsKey) != nullptr) {
-      if (vbIgnoreErrorIfAlreadyExists) return true;
-      if (!vbOverride) return false;
-      items_.remove(vsKey);
-    }
-    items_.add(std::move(vvntItem), vsKey);
+    operation();
     return true;
   } catch (const AutomationError&) {
     return false;
   } catch (const std::bad_alloc&) {
     return false;
   }
+}
+
+}  // namespace
+
+bool CollectionRules::add(Variant vvntItem, StringView vsKey, bool vbOverride,
+                          bool vbIgnoreErrorIfAlreadyExists) {
+  // A key in use is the collection's duplicate-key failure: refused without a flag, the existing
+  // item kept when told to ignore it (tested first), replaced when told to override.
+  if (items_.find(vsKey) != nullptr) {
+    if (vbIgnoreErrorIfAlreadyExists) return true;
+    if (!vbOverride) return false;
+    items_.remove(vsKey);
+  }
+  return succeeded([&] { items_.add(std::move(vvntItem), vsKey); });
 }
 
 bool CollectionRules::itemExists(StringView vsKey) const {
@@ -32,24 +42,12 @@ bool CollectionRules::setNewValueForItem(const Variant& vvntIndexKey, Variant vv
   if (!vvntIndexKey.isString()) return false;
   const StringView key = vvntIndexKey.asString();
   if (items_.find(key) == nullptr) return false;
-  try {
-    items_.remove(key);
-    items_.add(std::move(vvntValue), key);
-    return true;
-  } catch (const AutomationError&) {
-    return false;
-  } catch (const std::bad_alloc&) {
-    return false;
-  }
+  items_.remove(key);
+  return succeeded([&] { items_.add(std::move(vvntValue), key); });
 }
 
 bool CollectionRules::remove(const Variant& vvntIndexKey) {
-  try {
-    items_.removeAt(vvntIndexKey);
-    return true;
-  } catch (const AutomationError&) {
-    return false;
-  }
+  return succeeded([&] { items_.removeAt(vvntIndexKey); });
 }
 
 void CollectionRules::removeAll() {
