@@ -25,16 +25,22 @@ bool KeyedCollection::FoldedEqual::operator()(StringView a, StringView b) const 
 }
 
 void KeyedCollection::add(Variant item, std::optional<StringView> key) {
-  if (key && byKey_.find(*key) != byKey_.end()) raiseRuntimeError(vb_error::kDuplicateKey);
   auto entry = std::make_unique<Entry>(
       Entry{std::move(item), String(key.value_or(StringView())), key.has_value()});
+  // The slot first, so that nothing can fail once the key is in the table.
   entries_.push_back(nullptr);
   if (key) {
+    bool inserted = false;
     try {
-      byKey_.emplace(StringView(entry->key), entry.get());
+      // One lookup both finds a duplicate and files the new key.
+      inserted = byKey_.emplace(StringView(entry->key), entry.get()).second;
     } catch (...) {
       entries_.pop_back();
       throw;
+    }
+    if (!inserted) {
+      entries_.pop_back();
+      raiseRuntimeError(vb_error::kDuplicateKey);
     }
   }
   entries_.back() = std::move(entry);
