@@ -1,5 +1,5 @@
 #include <cstdint>
-#include <ravelin/containers/allocate_space_member.hpp>
+#include <ravelin/containers/internal/allocate_space_member.hpp>
 #include <ravelin/containers/cls_array_boolean.hpp>
 #include <ravelin/frame/class_builder.hpp>
 

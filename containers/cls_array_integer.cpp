@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <ravelin/containers/cls_array_integer.hpp>
-#include <ravelin/containers/decimal_list.hpp>
+#include <ravelin/containers/internal/decimal_list.hpp>
 
 #include <ravelin/frame/class_builder.hpp>
 

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/containers/value_array.hpp>
+#include <ravelin/containers/detail/value_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 

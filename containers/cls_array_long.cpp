@@ -1,5 +1,5 @@
 #include <ravelin/containers/cls_array_long.hpp>
-#include <ravelin/containers/decimal_list.hpp>
+#include <ravelin/containers/internal/decimal_list.hpp>
 
 #include <ravelin/frame/class_builder.hpp>
 

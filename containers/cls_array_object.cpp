@@ -1,4 +1,4 @@
-#include <ravelin/containers/allocate_space_member.hpp>
+#include <ravelin/containers/internal/allocate_space_member.hpp>
 #include <ravelin/containers/cls_array_object.hpp>
 #include <ravelin/frame/class_builder.hpp>
 #include <utility>

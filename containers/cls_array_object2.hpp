@@ -12,11 +12,11 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/containers/slot_array.hpp>
+#include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 

@@ -3,10 +3,10 @@
 // index one past the last element (the spare slot), as its callers rely on.
 #pragma once
 
-#include <ravelin/containers/value_array.hpp>
+#include <ravelin/containers/detail/value_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 

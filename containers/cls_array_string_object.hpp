@@ -20,10 +20,10 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/containers/slot_array.hpp>
+#include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <utility>
 
 namespace ravelin {

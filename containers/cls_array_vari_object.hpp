@@ -12,7 +12,7 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/containers/slot_array.hpp>
+#include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/object_copy.hpp>

@@ -9,7 +9,7 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/containers/collection_rules.hpp>
+#include <ravelin/containers/detail/collection_rules.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
 #include <vector>

@@ -1,5 +1,5 @@
 #include <ravelin/containers/cls_collection_access_key.hpp>
-#include <ravelin/containers/collection_members.hpp>
+#include <ravelin/containers/internal/collection_members.hpp>
 #include <ravelin/frame/error.hpp>
 
 namespace ravelin {

@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <ravelin/containers/cls_array_string.hpp>
-#include <ravelin/containers/collection_rules.hpp>
+#include <ravelin/containers/detail/collection_rules.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
 

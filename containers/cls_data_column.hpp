@@ -4,7 +4,7 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/data/sql_data_types.hpp>
+#include <ravelin/frame/sql_data_types.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
 

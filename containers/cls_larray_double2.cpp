@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <cmath>
-#include <ravelin/containers/allocate_space_member.hpp>
+#include <ravelin/containers/internal/allocate_space_member.hpp>
 #include <ravelin/containers/cls_larray_double2.hpp>
 #include <ravelin/frame/class_builder.hpp>
 

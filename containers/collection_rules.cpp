@@ -1,5 +1,5 @@
 #include <new>
-#include <ravelin/containers/collection_rules.hpp>
+#include <ravelin/containers/detail/collection_rules.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
 

@@ -2,8 +2,8 @@
 #include <ravelin/containers/cls_collection_access_key.hpp>
 #include <ravelin/containers/cls_collection_objects.hpp>
 #include <ravelin/containers/cls_data_column.hpp>
-#include <ravelin/containers/container_catalogue.hpp>
-#include <ravelin/data/sql_data_types.hpp>
+#include <ravelin/containers/internal/container_catalogue.hpp>
+#include <ravelin/frame/sql_data_types.hpp>
 
 namespace ravelin {
 

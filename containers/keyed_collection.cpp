@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <ravelin/containers/keyed_collection.hpp>
+#include <ravelin/containers/detail/keyed_collection.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
 

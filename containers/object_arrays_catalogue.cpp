@@ -5,7 +5,7 @@
 #include <ravelin/containers/cls_larray_double2.hpp>
 #include <ravelin/containers/cls_larray_long_object.hpp>
 #include <ravelin/containers/cls_larray_object.hpp>
-#include <ravelin/containers/container_catalogue.hpp>
+#include <ravelin/containers/internal/container_catalogue.hpp>
 
 namespace ravelin {
 

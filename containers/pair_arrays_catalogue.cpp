@@ -2,7 +2,7 @@
 #include <ravelin/containers/cls_array_string_long.hpp>
 #include <ravelin/containers/cls_array_string_object.hpp>
 #include <ravelin/containers/cls_array_vari_object.hpp>
-#include <ravelin/containers/container_catalogue.hpp>
+#include <ravelin/containers/internal/container_catalogue.hpp>
 
 namespace ravelin {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 

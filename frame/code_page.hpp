@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 

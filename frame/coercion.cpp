@@ -4,7 +4,7 @@
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
-#include <ravelin/frame/parsed_number.hpp>
+#include <ravelin/frame/internal/parsed_number.hpp>
 
 namespace ravelin {
 namespace {

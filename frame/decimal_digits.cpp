@@ -2,9 +2,9 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <ravelin/frame/decimal_digits.hpp>
+#include <ravelin/frame/internal/decimal_digits.hpp>
 #include <ravelin/frame/error.hpp>
-#include <ravelin/frame/rounded_digits.hpp>
+#include <ravelin/frame/internal/rounded_digits.hpp>
 
 namespace ravelin {
 namespace detail {

@@ -6,7 +6,7 @@
 #include <exception>
 #include <string>
 
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 

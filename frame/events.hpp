@@ -10,7 +10,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <span>
 #include <utility>

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <optional>
 #include <ravelin/frame/convert.hpp>
-#include <ravelin/frame/decimal_digits.hpp>
+#include <ravelin/frame/internal/decimal_digits.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/format.hpp>
-#include <ravelin/frame/format_tokens.hpp>
+#include <ravelin/frame/internal/format_tokens.hpp>
 
 namespace ravelin {
 namespace {

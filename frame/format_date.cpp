@@ -1,7 +1,7 @@
 // Date sections of user-defined formats: day, week, month, quarter, year and time tokens.
 #include <cstddef>
 #include <ravelin/frame/date_time.hpp>
-#include <ravelin/frame/format_tokens.hpp>
+#include <ravelin/frame/internal/format_tokens.hpp>
 
 namespace ravelin::detail {
 namespace {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <ravelin/frame/format_tokens.hpp>
+#include <ravelin/frame/internal/format_tokens.hpp>
 #include <utility>
 
 namespace ravelin::detail {

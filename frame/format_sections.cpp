@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <limits>
 #include <ravelin/frame/error.hpp>
-#include <ravelin/frame/format_tokens.hpp>
+#include <ravelin/frame/internal/format_tokens.hpp>
 
 namespace ravelin::detail {
 namespace {

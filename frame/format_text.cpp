@@ -1,5 +1,5 @@
 // Text sections of user-defined formats: "@" and "&" placeholders, case and alignment.
-#include <ravelin/frame/format_tokens.hpp>
+#include <ravelin/frame/internal/format_tokens.hpp>
 
 namespace ravelin::detail {
 

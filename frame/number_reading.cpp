@@ -4,7 +4,7 @@
 #include <cmath>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
-#include <ravelin/frame/parsed_number.hpp>
+#include <ravelin/frame/internal/parsed_number.hpp>
 #include <string>
 
 namespace ravelin {

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
-#include <ravelin/frame/rounded_digits.hpp>
+#include <ravelin/frame/internal/rounded_digits.hpp>
 
 namespace ravelin {
 namespace {

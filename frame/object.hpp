@@ -2,7 +2,7 @@
 #pragma once
 
 #include <memory>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <vector>
 
 namespace ravelin {

@@ -13,7 +13,7 @@
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/object.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin {

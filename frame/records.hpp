@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/object.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin {

@@ -11,7 +11,7 @@
 #include <ravelin/frame/currency.hpp>
 #include <ravelin/frame/date.hpp>
 #include <ravelin/frame/object.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 

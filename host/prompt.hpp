@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdio>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <ravelin/host/script/interpreter.hpp>
 
 namespace ravelin::host {

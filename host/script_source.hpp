@@ -2,7 +2,7 @@
 #pragma once
 
 #include <optional>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <string>
 #include <string_view>
 

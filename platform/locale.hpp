@@ -6,8 +6,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <ravelin/frame/locale.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/locale.hpp>
+#include <ravelin/base/text.hpp>
 #include <string>
 #include <string_view>
 

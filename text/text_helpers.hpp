@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin {

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 #include <memory>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <unordered_map>
 #include <vector>

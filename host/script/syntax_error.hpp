@@ -3,7 +3,7 @@
 
 #include <cstdint>
 #include <ravelin/frame/error.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin::script {
 

@@ -2,7 +2,7 @@
 // shellapi.h needs windows.h first.
 #include <shellapi.h>
 
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <ravelin/platform/terminal.hpp>
 
 namespace ravelin::platform {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <ravelin/containers/keyed_collection.hpp>
+#include <ravelin/containers/detail/keyed_collection.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/tests/support/error_number.hpp>
 #include <string>

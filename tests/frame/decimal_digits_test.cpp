@@ -4,7 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
-#include <ravelin/frame/decimal_digits.hpp>
+#include <ravelin/frame/internal/decimal_digits.hpp>
 
 namespace ravelin {
 namespace {

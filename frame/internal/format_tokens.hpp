@@ -5,9 +5,9 @@
 #include <array>
 #include <cstdint>
 #include <ravelin/frame/date.hpp>
-#include <ravelin/frame/decimal_digits.hpp>
+#include <ravelin/frame/internal/decimal_digits.hpp>
 #include <ravelin/frame/locale.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <vector>
 
 namespace ravelin::detail {

@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <unordered_map>
 #include <vector>

@@ -6,7 +6,7 @@
 #include <ravelin/containers/cls_array_long.hpp>
 #include <ravelin/containers/cls_array_single.hpp>
 #include <ravelin/containers/cls_array_string.hpp>
-#include <ravelin/containers/container_catalogue.hpp>
+#include <ravelin/containers/internal/container_catalogue.hpp>
 #include <ravelin/frame/class_registry.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>

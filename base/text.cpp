@@ -1,4 +1,4 @@
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 #include <cstdint>
 

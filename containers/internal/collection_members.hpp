@@ -2,7 +2,7 @@
 // setNewValueForItem, remove, removeAll), for their describe().
 #pragma once
 
-#include <ravelin/containers/collection_rules.hpp>
+#include <ravelin/containers/detail/collection_rules.hpp>
 #include <ravelin/frame/class_builder.hpp>
 
 namespace ravelin {

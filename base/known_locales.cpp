@@ -13,7 +13,7 @@
 // writes them.
 #include <algorithm>
 #include <array>
-#include <ravelin/frame/locale.hpp>
+#include <ravelin/base/locale.hpp>
 
 namespace ravelin {
 namespace {

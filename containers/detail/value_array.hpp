@@ -15,7 +15,7 @@
 #include <new>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/object.hpp>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 #include <utility>
 #include <vector>
 

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <concepts>
 #include <iterator>
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin::detail {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <ravelin/frame/text.hpp>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 namespace {
