@@ -1,6 +1,6 @@
 #include <cstdint>
-#include <ravelin/containers/internal/allocate_space_member.hpp>
 #include <ravelin/containers/cls_array_boolean.hpp>
+#include <ravelin/containers/internal/allocate_space_member.hpp>
 #include <ravelin/frame/class_builder.hpp>
 
 namespace ravelin {
@@ -11,7 +11,7 @@ bool clsArrayBoolean::addTo(int16_t viIndex, bool vbValue) {
     // viIndex + 1 overflows an Integer for the last index: trapped like any other failure.
     if (viIndex == INT16_MAX) return false;
     try {
-      allocateSpace(static_cast<int16_t>(viIndex + 1), true);
+      storage().resize(static_cast<int16_t>(viIndex + 1));
     } catch (const AutomationError&) {
       return false;
     }
@@ -22,16 +22,11 @@ bool clsArrayBoolean::addTo(int16_t viIndex, bool vbValue) {
 
 void clsArrayBoolean::allocateSpacePublic(int16_t viSize, bool vbPreserveValues,
                                           bool vbResetCountVariable) {
-  rebuildStorage(viSize, vbPreserveValues);
-  if (vbResetCountVariable) {
-    setCount(0);
-  } else if (getCount() > viSize) {
-    setCount(viSize);
-  }
+  storage().allocateSpacePublic(viSize, vbPreserveValues, vbResetCountVariable);
 }
 
 void clsArrayBoolean::clear(bool vbValue) {
-  clearWith(vbValue);
+  storage().clearWith(vbValue);
 }
 
 String clsArrayBoolean::getItemsAsList() const {

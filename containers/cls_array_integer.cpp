@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <ravelin/containers/cls_array_integer.hpp>
 #include <ravelin/containers/internal/decimal_list.hpp>
-
 #include <ravelin/frame/class_builder.hpp>
 
 namespace ravelin {
@@ -13,13 +12,14 @@ String clsArrayInteger::getItemsAsList() const {
 void clsArrayInteger::orderValuesAsc() {
   // Equal Integers cannot be told apart, so any ascending sort gives the same result as the
   // exchange sort the callers know.
-  std::sort(&slot(0), &slot(0) + getCount());
+  std::sort(&storage().at(0), &storage().at(0) + getCount());
 }
 
 ClassInfo clsArrayInteger::describe() {
   return ClassBuilder<clsArrayInteger>(kClassName)
       .method(u"add", &clsArrayInteger::add, {u"viValue"})
-      .method(u"setArraySizeWithEmptyValues", &clsArrayInteger::setArraySizeWithEmptyValues, {u"viCount"})
+      .method(u"setArraySizeWithEmptyValues", &clsArrayInteger::setArraySizeWithEmptyValues,
+              {u"viCount"})
       .get(u"item", &clsArrayInteger::item, {u"viIndex"})
       .let(u"item", &clsArrayInteger::letItem, {u"viIndex", u"viValue"})
       .method(u"getCount", &clsArrayInteger::getCount)

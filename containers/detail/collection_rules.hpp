@@ -4,8 +4,8 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/containers/detail/keyed_collection.hpp>
 #include <ravelin/base/text.hpp>
+#include <ravelin/containers/detail/keyed_collection.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin::detail {

@@ -1,13 +1,13 @@
-// The storage shared by the object arrays, the Long-indexed number arrays and the pair arrays
-// (clsLArrayObject, clsLArrayDouble, clsLArrayDouble2, clsLArrayLongObject, clsArrayObject,
-// clsArrayAnyObject, clsArrayObject2, clsArrayString2, clsArrayStringLong, clsArrayStringObject,
-// clsArrayVariObject).
+// The storage shared by every array of the library: the value arrays (value_array.hpp), the
+// object arrays, the Long-indexed number arrays and the pair arrays.
 //
 // An array keeps a used count, a slot count (the capacity it believes it has) and a slot
-// increment. The storage holds slots 0 to slot count, one spare beyond the capacity, as the
-// original's arrays did. When an add finds the slots full, the slot count grows by one
-// increment with the values kept; std::vector's own geometric growth underneath keeps a long run
-// of such small steps at amortised constant cost.
+// increment. Slots 0 to slot count are addressable, one spare beyond the capacity, as the
+// original's arrays had. When an add finds the slots full, the slot count grows by one increment
+// with the values kept. The vector underneath grows to powers of two and may hold more than the
+// slot count; every element past the spare slot is the zero value, so a growth step within the
+// vector only moves the slot count, and a long run of one-slot steps costs amortised constant
+// time.
 //
 // Two families share this code and differ in the index type and in what a removal does to the
 // freed slot: the "L" arrays and clsArrayStringObject (Long indexes) leave it holding its value, so
@@ -16,6 +16,7 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -69,8 +70,13 @@ class SlotArray {
   bool isUsed(int64_t index) const { return index >= 0 && index < count_; }
 
   // A slot, used or spare; the caller checks the index.
-  T& at(int64_t index) { return slots_[static_cast<std::size_t>(index)]; }
-  const T& at(int64_t index) const { return slots_[static_cast<std::size_t>(index)]; }
+  // (References as the vector gives them: a proxy for bool.)
+  typename std::vector<T>::reference at(int64_t index) {
+    return slots_[static_cast<std::size_t>(index)];
+  }
+  typename std::vector<T>::const_reference at(int64_t index) const {
+    return slots_[static_cast<std::size_t>(index)];
+  }
 
   // Appends a value, growing by one step when full. A slot count past the index type raises
   // overflow (6), a storage past kMaxStorageBytes out of memory (7); the array is then unchanged.
@@ -113,6 +119,13 @@ class SlotArray {
     }
   }
 
+  // Rebuilds the storage for slots 0 to size with the values kept and sets count = size; slots
+  // between the old count and size are the zero value. Fails as allocateSpacePublic does.
+  void resize(Index size) {
+    rebuildStorage(size, true);
+    count_ = size;
+  }
+
   // count = n with every element the zero value (storage rebuilt, old contents discarded).
   // A negative n is a request to grow by one step, as in the value arrays: the count is kept,
   // the values are not.
@@ -151,27 +164,54 @@ class SlotArray {
   // count = 0; Cleared also empties the used slots. The storage is kept.
   void removeAll() {
     if constexpr (kFreed == FreedSlots::Cleared) {
-      std::fill(slots_.begin(), slots_.begin() + count_, T{});
+      clearWith(T{});
+    } else {
+      count_ = 0;
     }
+  }
+
+  // Sets each used slot to fill, then count = 0 (the value arrays' clear with a fill value).
+  void clearWith(const T& fill) {
+    std::fill(slots_.begin(), slots_.begin() + count_, fill);
     count_ = 0;
   }
 
  private:
+  // The most elements the vector may hold: the storage limit, and one past the largest index.
+  static constexpr std::size_t kMaxSlots =
+      std::min(kMaxStorageBytes / sizeof(T),
+               static_cast<std::size_t>(std::numeric_limits<Index>::max()) + 1);
+
   void growIfFull() {
-    if (count_ == slotCount_) rebuildStorage(int64_t{slotCount_} + slotIncrement_, true);
+    if (count_ < slotCount_) return;
+    const int64_t size = int64_t{slotCount_} + slotIncrement_;
+    // The usual step: the vector already holds the new slots (zero values) and the spare.
+    if (size < static_cast<int64_t>(slots_.size())) {
+      slotCount_ = static_cast<int32_t>(size);
+    } else {
+      rebuildStorage(size, true, /*roundUp=*/true);
+    }
   }
 
-  void rebuildStorage(int64_t size, bool preserve) {
+  // Makes slots 0 to size addressable and sets slot count = size; the count is left alone.
+  // Keeps the values when preserve is true and empties every slot otherwise. Raises overflow (6)
+  // past the index type, subscript out of range (9) for a negative size and out of memory (7);
+  // the array is then unchanged. A growth step (roundUp) gives the vector a power-of-two size, so
+  // that the following steps fit in it; a size asked for directly is taken as it is.
+  void rebuildStorage(int64_t size, bool preserve, bool roundUp = false) {
     if (size > std::numeric_limits<Index>::max()) raiseRuntimeError(vb_error::kOverflow);
     if (size < 0) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
     const auto slots = static_cast<std::size_t>(size) + 1;
-    if (slots > kMaxStorageBytes / sizeof(T)) raiseRuntimeError(vb_error::kOutOfMemory);
+    if (slots > kMaxSlots) raiseRuntimeError(vb_error::kOutOfMemory);
     try {
-      if (preserve) {
-        slots_.resize(slots);
-      } else {
+      if (!preserve) {
         std::vector<T> fresh(slots);
         slots_.swap(fresh);
+      } else if (slots > slots_.size()) {
+        slots_.resize(roundUp ? std::min(std::bit_ceil(slots), kMaxSlots) : slots);
+      } else if (size < slotCount_) {
+        // Shrinking drops the elements past the new spare, so they are zero if reached again.
+        slots_.resize(slots);
       }
     } catch (const std::bad_alloc&) {
       raiseRuntimeError(vb_error::kOutOfMemory);
@@ -181,7 +221,8 @@ class SlotArray {
     slotCount_ = static_cast<int32_t>(size);
   }
 
-  std::vector<T> slots_;  // slot count + 1 elements
+  // At least slot count + 1 elements; every element past the spare slot is the zero value.
+  std::vector<T> slots_;
   int32_t count_ = 0;
   int32_t slotCount_ = 0;
   int32_t slotIncrement_ = 1;
