@@ -49,6 +49,7 @@ class SlotArray {
  public:
   SlotArray(Index initialSlots, Index slotIncrement)
       : slots_(static_cast<std::size_t>(initialSlots) + 1),
+        storageSlots_(int64_t{initialSlots} + 1),
         slotCount_(initialSlots),
         slotIncrement_(slotIncrement) {}
 
@@ -86,15 +87,15 @@ class SlotArray {
     ++count_;
   }
 
-  // add, with any failure trapped: false and the array unchanged.
-  bool tryAdd(T value) {
-    try {
-      add(std::move(value));
-      return true;
-    } catch (const AutomationError&) {
-      return false;
-    }
+  // add, with any failure trapped: the new element's index, or -1 and the array unchanged.
+  int32_t tryAppend(T value) {
+    const int32_t index = count_;
+    if (index == slotCount_ && !tryGrow()) return -1;
+    slots_[static_cast<std::size_t>(index)] = std::move(value);
+    count_ = index + 1;
+    return index;
   }
+  bool tryAdd(T value) { return tryAppend(std::move(value)) >= 0; }
 
   // Inserts a value at index (0 to count), moving the elements from there one place up; grows
   // like add.
@@ -183,13 +184,30 @@ class SlotArray {
                static_cast<std::size_t>(std::numeric_limits<Index>::max()) + 1);
 
   void growIfFull() {
-    if (count_ < slotCount_) return;
+    if (count_ == slotCount_ && !growWithinStorage()) {
+      rebuildStorage(int64_t{slotCount_} + slotIncrement_, true, /*roundUp=*/true);
+    }
+  }
+
+  // The usual growth step: when the vector already holds the new slots (zero values) and the
+  // spare, only the slot count moves; false when the storage must be rebuilt.
+  bool growWithinStorage() {
     const int64_t size = int64_t{slotCount_} + slotIncrement_;
-    // The usual step: the vector already holds the new slots (zero values) and the spare.
-    if (size < static_cast<int64_t>(slots_.size())) {
-      slotCount_ = static_cast<int32_t>(size);
-    } else {
-      rebuildStorage(size, true, /*roundUp=*/true);
+    if (size >= storageSlots_) return false;
+    slotCount_ = static_cast<int32_t>(size);
+    return true;
+  }
+
+  // One growth step with any failure trapped: false and the array unchanged.
+  bool tryGrow() { return growWithinStorage() || tryRebuildForGrowth(); }
+
+  // Kept out of line, so that the add loop stays small.
+  [[gnu::noinline]] bool tryRebuildForGrowth() {
+    try {
+      rebuildStorage(int64_t{slotCount_} + slotIncrement_, true, /*roundUp=*/true);
+      return true;
+    } catch (const AutomationError&) {
+      return false;
     }
   }
 
@@ -218,11 +236,13 @@ class SlotArray {
     } catch (const std::length_error&) {
       raiseRuntimeError(vb_error::kOutOfMemory);
     }
+    storageSlots_ = static_cast<int64_t>(slots_.size());
     slotCount_ = static_cast<int32_t>(size);
   }
 
   // At least slot count + 1 elements; every element past the spare slot is the zero value.
   std::vector<T> slots_;
+  int64_t storageSlots_ = 0;  // slots_.size()
   int32_t count_ = 0;
   int32_t slotCount_ = 0;
   int32_t slotIncrement_ = 1;

@@ -41,10 +41,7 @@ class ValueArray {
 
   // Appends a value; returns its index, or -1 when the array cannot grow (the 16-bit slot
   // count would overflow, or memory ran out). A failed add leaves the array as it was.
-  int16_t add(T value) {
-    if (!storage_.tryAdd(std::move(value))) return -1;
-    return static_cast<int16_t>(storage_.getCount() - 1);
-  }
+  int16_t add(T value) { return static_cast<int16_t>(storage_.tryAppend(std::move(value))); }
 
   // Makes count = viCount with every element the zero value; old contents are discarded.
   // A negative count is a request to grow by one step: the count is kept, the values are not.
