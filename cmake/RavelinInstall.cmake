@@ -15,7 +15,7 @@ install(TARGETS ravelin ${RAVELIN_LAYER_TARGETS} EXPORT RavelinTargets
 # stay behind.
 foreach(target IN LISTS RAVELIN_LAYER_TARGETS)
   get_target_property(folder ${target} EXPORT_NAME)
-  file(GLOB_RECURSE headers ${CMAKE_SOURCE_DIR}/${folder}/*.hpp)
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.hpp)
   if(NOT headers)
     continue()
   endif()
