@@ -1,4 +1,5 @@
-// Reading dates from text: CDate and IsDate of a String.
+// Reading dates from text: CDate and IsDate of a String, and the script language's date
+// literals.
 #include <array>
 #include <chrono>
 #include <optional>
@@ -48,6 +49,24 @@ bool isDigit(char16_t unit) {
 }
 bool isDateSeparatorUnit(char16_t unit) {
   return unit == u'/' || unit == u'-' || unit == u'.' || unit == u',';
+}
+
+// The hour of the day of a 12-hour clock reading (0..12) with AM (0) or PM (1): 12 AM is
+// midnight, 12 PM noon.
+int hourOfDay(int hour, int meridiem) {
+  return hour % 12 + (meridiem == 1 ? 12 : 0);
+}
+
+// The month (1..12) an English month name or its three-letter abbreviation names, any case;
+// 0 for any other word.
+int englishMonthOf(StringView word) {
+  for (size_t i = 0; i < 12; ++i) {
+    if (equalsIgnoreCase(word, kEnglishMonths[i]) ||
+        equalsIgnoreCase(word, kEnglishMonthAbbreviations[i])) {
+      return static_cast<int>(i) + 1;
+    }
+  }
+  return 0;
 }
 
 bool startsWithIgnoreCase(StringView text, StringView prefix) {
@@ -195,8 +214,7 @@ std::optional<TimeOfDay> readTime(const Tokens& tokens, size_t first, size_t las
   if (time.minute > 59 || time.second > 59) return std::nullopt;
   if (meridiem) {
     if (time.hour > 12) return std::nullopt;
-    if (time.hour == 12) time.hour = 0;
-    if (*meridiem == 1) time.hour += 12;
+    time.hour = hourOfDay(time.hour, *meridiem);
   } else if (time.hour > 23) {
     return std::nullopt;
   }
@@ -387,6 +405,105 @@ std::optional<double> readDate(StringView text, const Locale& locale) {
   return makeDate(date.year, date.month, date.day, time.hour, time.minute, time.second).serial;
 }
 
+// A date literal's parts as written. Its rules are the script language's own, not CDate's: they
+// are the same in every locale and looser about separators, stricter about the date.
+struct LiteralParts {
+  std::array<Token, 3> numbers;  // the date's numbers, in order
+  size_t numberCount = 0;
+  int monthName = 0;  // 1..12 when the month is a word
+  std::array<int, 3> time{};
+  size_t timeCount = 0;
+  std::optional<int> meridiem;  // 0 AM, 1 PM
+};
+
+bool isAsciiLetter(char16_t unit) {
+  return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
+}
+
+// Only spaces and tabs are blanks in a literal.
+bool isLiteralBlank(char16_t unit) {
+  return unit == u' ' || unit == u'\t';
+}
+
+StringView letterRun(StringView text, size_t from) {
+  size_t end = from;
+  while (end < text.size() && isAsciiLetter(text[end]))
+    ++end;
+  return text.substr(from, end - from);
+}
+
+// AM or PM in a literal, or their first letter, any case: 0 for AM, 1 for PM.
+std::optional<int> literalMeridiem(StringView word) {
+  if (equalsIgnoreCase(word, u"AM") || equalsIgnoreCase(word, u"A")) return 0;
+  if (equalsIgnoreCase(word, u"PM") || equalsIgnoreCase(word, u"P")) return 1;
+  return std::nullopt;
+}
+
+// One to four digits at pos; nullopt for none (any other character) or more.
+std::optional<Token> readLiteralNumber(StringView text, size_t& pos) {
+  Token number;
+  while (pos < text.size() && isDigit(text[pos])) {
+    if (++number.digits > kMaxDigits) return std::nullopt;
+    number.value = number.value * 10 + (text[pos++] - u'0');
+  }
+  if (number.digits == 0) return std::nullopt;
+  return number;
+}
+
+// Splits a literal into date numbers, a month name, one time group and a designator. Any run of
+// blanks and date separators stands between them. A time is a number followed at once by ":"
+// (then up to two more numbers, each right after a ":"), or a number followed by blanks and a
+// designator ("2 PM"); the designator may come anywhere after the time.
+std::optional<LiteralParts> scanLiteral(StringView text) {
+  LiteralParts parts;
+  size_t pos = 0;
+  while (pos < text.size()) {
+    const char16_t unit = text[pos];
+    if (isLiteralBlank(unit) || isDateSeparatorUnit(unit)) {
+      ++pos;
+      continue;
+    }
+    if (isAsciiLetter(unit)) {
+      const StringView word = letterRun(text, pos);
+      pos += word.size();
+      if (const std::optional<int> meridiem = literalMeridiem(word)) {
+        if (parts.timeCount == 0 || parts.meridiem) return std::nullopt;
+        parts.meridiem = meridiem;
+      } else if (const int month = englishMonthOf(word); month != 0 && parts.monthName == 0) {
+        parts.monthName = month;
+      } else {
+        return std::nullopt;
+      }
+      continue;
+    }
+    const std::optional<Token> number = readLiteralNumber(text, pos);
+    if (!number) return std::nullopt;
+    size_t after = pos;
+    while (after < text.size() && isLiteralBlank(text[after]))
+      ++after;
+    const bool startsTime = pos < text.size() && text[pos] == u':';
+    const bool hourOnly = !startsTime && literalMeridiem(letterRun(text, after)).has_value();
+    if (startsTime || hourOnly) {
+      if (parts.timeCount != 0) return std::nullopt;
+      parts.time[parts.timeCount++] = number->value;
+      while (pos < text.size() && text[pos] == u':') {
+        if (parts.timeCount == 3) return std::nullopt;
+        ++pos;
+        const std::optional<Token> part = readLiteralNumber(text, pos);
+        if (!part) return std::nullopt;
+        parts.time[parts.timeCount++] = part->value;
+      }
+    } else {
+      if (parts.numberCount == 3) return std::nullopt;
+      parts.numbers[parts.numberCount++] = *number;
+    }
+  }
+  if (parts.numberCount == 0 && parts.monthName == 0 && parts.timeCount == 0) return std::nullopt;
+  // An hour alone needs its designator.
+  if (parts.timeCount == 1 && !parts.meridiem) return std::nullopt;
+  return parts;
+}
+
 }  // namespace
 
 Date parseDate(StringView text, const Locale& locale) {
@@ -397,6 +514,47 @@ Date parseDate(StringView text, const Locale& locale) {
 
 bool isDateText(StringView text, const Locale& locale) {
   return readDate(text, locale).has_value();
+}
+
+std::optional<Date> readDateLiteral(StringView text) {
+  const std::optional<LiteralParts> parts = scanLiteral(text);
+  if (!parts) return std::nullopt;
+
+  CalendarDate date{1899, 12, 30};
+  if (parts->numberCount != 0 || parts->monthName != 0) {
+    const Token& first = parts->numbers[0];
+    const Token& second = parts->numbers[1];
+    if (parts->monthName != 0) {
+      // A day and a year, the year first when it can only be one.
+      if (parts->numberCount != 2) return std::nullopt;
+      const bool yearFirst = isYearLike(first);
+      date.month = parts->monthName;
+      date.day = (yearFirst ? second : first).value;
+      date.year = fullYear(yearFirst ? first : second);
+    } else {
+      if (parts->numberCount != 3) return std::nullopt;
+      if (isYearLike(first)) {
+        date.year = fullYear(first);
+        date.month = second.value;
+        date.day = parts->numbers[2].value;
+      } else {
+        assignMonthDay(date, first, second);
+        date.year = fullYear(parts->numbers[2]);
+      }
+    }
+  }
+  int hour = parts->time[0];
+  const int minute = parts->time[1];
+  const int second = parts->time[2];
+  if (parts->meridiem) {
+    if (hour < 1 || hour > 12) return std::nullopt;
+    hour = hourOfDay(hour, *parts->meridiem);
+  }
+  if (!isValidCalendarDate(date.year, date.month, date.day) || hour > 23 || minute > 59 ||
+      second > 59) {
+    return std::nullopt;
+  }
+  return makeDate(date.year, date.month, date.day, hour, minute, second);
 }
 
 }  // namespace ravelin

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <ravelin/frame/date.hpp>
 #include <ravelin/frame/locale.hpp>
 
@@ -110,6 +111,20 @@ String formatWithPattern(Date date, StringView pattern, const Locale& locale);
 Date parseDate(StringView text, const Locale& locale = currentLocale());
 // IsDate of text: whether parseDate would succeed.
 bool isDateText(StringView text, const Locale& locale = currentLocale());
+
+// A date literal of the script language: the text between the #s of #3/2/2010#, read the same
+// way in every locale. A date, a time or both, in either order, apart by any run of blanks
+// (spaces, tabs) and "/", "-", ".", ",":
+// - the date is three numbers, month/day/year ("3/2/2010"; a month above 12 whose day could be
+//   one is swapped with it), or year/month/day when the first number has three or more digits
+//   or exceeds 31 ("2010-03-02", never swapped); or an English month name or its three-letter
+//   abbreviation with a day and a year, the day first unless the first number is such a year
+//   ("March 2, 2010", "2010 Sep 2");
+// - the time is "h:m[:s]" with an optional AM/PM (or A/P, any case, anywhere after the time),
+//   or an hour 1..12 with a designator alone ("2 PM").
+// Numbers have at most four digits; years of one or two digits are 1930..2029. nullopt for
+// anything else, including a date or time that does not exist.
+std::optional<Date> readDateLiteral(StringView text);
 
 namespace detail {
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <optional>
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/host/script/lexer.hpp>
 #include <ravelin/host/script/syntax_error.hpp>
@@ -453,157 +454,13 @@ class Lexer {
     while (i < src_.size() && src_[i] != u'#' && !isLineEnd(src_[i]))
       ++i;
     if (i >= src_.size() || src_[i] != u'#') throw LexFailure{syntax_error::kSyntaxError, start};
+    // The literal reads the same in every locale, by the frame's rules for date literals.
+    const std::optional<Date> date = readDateLiteral(src_.substr(start + 1, i - start - 1));
+    if (!date) throw LexFailure{syntax_error::kSyntaxError, start};
     Token t = make(TokenKind::Literal, start);
-    t.value = Variant(dateValue(src_.substr(start + 1, i - start - 1), start));
+    t.value = Variant(*date);
     tokens_.push_back(std::move(t));
     pos_ = i + 1;
-  }
-
-  // A date literal: a date, a time or both, in either order. The date is month/day/year, or
-  // year-month-day when the first number is a year (three or more digits, or above 31), or
-  // uses an English month name with the day and the year in either order ("March 2, 2010",
-  // "2-Mar-2010"); the time is "h[:mm[:ss]] [AM|PM]" ("2 PM" alone too). The order is the
-  // same in every locale, as the runtime reads date literals.
-  static Date dateValue(StringView text, std::size_t start) {
-    const LexFailure bad{syntax_error::kSyntaxError, start};
-    struct Number {
-      int value = 0;
-      int digits = 0;
-    };
-    Number dateNumbers[3];
-    int dateCount = 0;
-    int monthName = 0;  // 1..12 when the month is written as a word
-    int time[3] = {0, 0, 0};
-    int timeCount = 0;
-    int meridian = 0;  // 0 none, 1 AM, 2 PM
-    std::size_t i = 0;
-    auto readNumber = [&] {
-      Number n;
-      while (i < text.size() && isDigit(text[i])) {
-        if (++n.digits > 4) throw bad;
-        n.value = n.value * 10 + (text[i++] - u'0');
-      }
-      if (n.digits == 0) throw bad;
-      return n;
-    };
-    auto nextNonBlank = [&](std::size_t j) {
-      while (j < text.size() && isBlank(text[j]))
-        ++j;
-      return j;
-    };
-    while (i < text.size()) {
-      const char16_t c = text[i];
-      if (isBlank(c) || c == u'/' || c == u'-' || c == u'.' || c == u',') {
-        ++i;
-      } else if (isAsciiLetter(c)) {
-        std::size_t end = i;
-        while (end < text.size() && isAsciiLetter(text[end]))
-          ++end;
-        const StringView word = text.substr(i, end - i);
-        i = end;
-        if (const int m = meridianOf(word)) {
-          if (timeCount == 0 || meridian != 0) throw bad;
-          meridian = m;
-        } else if (const int month = monthOf(word)) {
-          if (monthName != 0) throw bad;
-          monthName = month;
-        } else {
-          throw bad;
-        }
-      } else if (isDigit(c)) {
-        const Number n = readNumber();
-        const std::size_t after = nextNonBlank(i);
-        const bool startsTime = i < text.size() && text[i] == u':';
-        const bool hourOnly = !startsTime && after < text.size() && isAsciiLetter(text[after]) &&
-                              meridianOf(letterRun(text, after)) != 0;
-        if (startsTime || hourOnly) {
-          if (timeCount != 0) throw bad;
-          time[timeCount++] = n.value;
-          while (i < text.size() && text[i] == u':') {
-            if (timeCount == 3) throw bad;
-            ++i;
-            time[timeCount++] = readNumber().value;
-          }
-        } else {
-          if (dateCount == 3) throw bad;
-          dateNumbers[dateCount++] = n;
-        }
-      } else {
-        throw bad;
-      }
-    }
-    if (dateCount == 0 && monthName == 0 && timeCount == 0) throw bad;
-    if (timeCount == 1 && meridian == 0) throw bad;
-
-    int year = 1899, month = 12, day = 30;
-    if (dateCount != 0 || monthName != 0) {
-      Number yearPart;
-      const Number a = dateNumbers[0], b = dateNumbers[1], c = dateNumbers[2];
-      auto isYear = [](Number n) { return n.digits >= 3 || n.value > 31; };
-      if (monthName != 0) {
-        if (dateCount != 2) throw bad;
-        month = monthName;
-        const bool yearFirst = isYear(a);
-        day = yearFirst ? b.value : a.value;
-        yearPart = yearFirst ? a : b;
-      } else {
-        if (dateCount != 3) throw bad;
-        if (isYear(a)) {
-          yearPart = a;
-          month = b.value;
-          day = c.value;
-        } else {
-          yearPart = c;
-          month = a.value;
-          day = b.value;
-          // A month that cannot be one, with a day that can, is read the other way round.
-          if (month > 12 && day <= 12) std::swap(month, day);
-        }
-      }
-      year = yearPart.value;
-      // One or two digits name a year from 1930 to 2029.
-      if (yearPart.digits <= 2) year += year < 30 ? 2000 : 1900;
-    }
-    int hour = time[0];
-    if (meridian != 0) {
-      if (hour < 1 || hour > 12) throw bad;
-      hour = hour % 12 + (meridian == 2 ? 12 : 0);
-    }
-    try {
-      return makeDate(year, month, day, hour, time[1], time[2]);
-    } catch (const AutomationError&) {
-      throw bad;
-    }
-  }
-
-  static StringView letterRun(StringView text, std::size_t from) {
-    std::size_t end = from;
-    while (end < text.size() && isAsciiLetter(text[end]))
-      ++end;
-    return text.substr(from, end - from);
-  }
-
-  // 1 for AM (or A), 2 for PM (or P), 0 for any other word.
-  static int meridianOf(StringView word) {
-    if (equalsIgnoreCase(word, u"am") || equalsIgnoreCase(word, u"a")) return 1;
-    if (equalsIgnoreCase(word, u"pm") || equalsIgnoreCase(word, u"p")) return 2;
-    return 0;
-  }
-
-  // The month (1..12) an English month name or its first three letters names, else 0.
-  static int monthOf(StringView word) {
-    static constexpr std::u16string_view kMonths[] = {
-        u"january", u"february", u"march",     u"april",   u"may",      u"june",
-        u"july",    u"august",   u"september", u"october", u"november", u"december"};
-    if (word.size() < 3) return 0;
-    for (int m = 0; m < 12; ++m) {
-      const std::u16string_view name = kMonths[m];
-      if (word.size() <= name.size() && (word.size() == 3 || word.size() == name.size()) &&
-          equalsIgnoreCase(word, name.substr(0, word.size()))) {
-        return m + 1;
-      }
-    }
-    return 0;
   }
 
   StringView src_;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/date_time.hpp>
+#include <ravelin/frame/locale.hpp>
 #include <ravelin/host/script/lexer.hpp>
 #include <ravelin/host/script/syntax_error.hpp>
 #include <string>
@@ -81,6 +82,33 @@ TEST(LexerTest, DateLiteralsReadMonthDayYearWhateverTheLocale) {
     ASSERT_EQ(tokens[0].value.type(), VarType::Date);
     EXPECT_EQ(tokens[0].value.asDate(),
               makeDate(c.year, c.month, c.day, c.hour, c.minute, c.second));
+  }
+}
+
+// Where CDate of the same text reads otherwise: a day-first locale's order and month names, a
+// year-first date's month above 12, an hour 0 with a designator.
+TEST(LexerTest, DateLiteralsKeepTheirOwnRulesWhereCDateDiffers) {
+  ScopedLocale german(u"de-DE");
+  struct Case {
+    std::u16string source;
+    int year, month, day;  // year 0: a syntax error
+  };
+  const Case cases[] = {
+      {u"#3/2/2010#", 2010, 3, 2},
+      {u"#2 Mrz 2010#", 0, 0, 0},
+      {u"#2010-13-1#", 0, 0, 0},
+      {u"#0 AM#", 0, 0, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(toUtf8(c.source));
+    const Token token = tokenize(c.source)[0];
+    if (c.year == 0) {
+      EXPECT_EQ(token.kind, TokenKind::Error);
+      EXPECT_EQ(token.errorNumber, kSyntaxError);
+    } else {
+      ASSERT_EQ(token.kind, TokenKind::Literal) << token.errorNumber;
+      EXPECT_EQ(token.value.asDate(), makeDate(c.year, c.month, c.day));
+    }
   }
 }
 
