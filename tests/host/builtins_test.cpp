@@ -534,6 +534,31 @@ TEST(BuiltinsTest, ClockFunctionsReadTheReplaceableClock) {
   EXPECT_GT(real.serial, makeDate(2020, 1, 1).serial);  // the system clock again
 }
 
+// A date written without its year is in the local year, the one Date is in, also on the last
+// evening of a year east of UTC and the first morning of one west of it.
+TEST(BuiltinsTest, DateWithoutAYearIsInTheYearOfDate) {
+  using namespace std::chrono;
+  struct Zone {
+    platform::UtcTime now;
+    seconds offset;
+    int localYear;
+  };
+  const Zone zones[] = {
+      {utc(2023y / December / 31, 23h + 30min), 2h, 2024},
+      {utc(2024y / January / 1, 30min), -5h, 2023},
+      {utc(2023y / December / 31, 23h + 30min), 0h, 2023},
+  };
+  for (const Zone& zone : zones) {
+    platform::ScopedFake<platform::SimulatedClock> simulated;
+    simulated.fake().setUtcNow(zone.now);
+    simulated.fake().setUtcOffset(zone.offset);
+    runRows({
+        {u"Year", {findBuiltin(u"Date")->call({})}, I(zone.localYear)},
+        {u"Year", {findBuiltin(u"CDate")->call(std::vector{S(u"3/2")})}, I(zone.localYear)},
+    });
+  }
+}
+
 // Every function with every mix of awkward arguments (Null, Empty, omitted, arrays, Nothing,
 // out-of-range numbers, text that is no number): the only failure allowed is an AutomationError.
 TEST(BuiltinsTest, AnyArgumentsGiveAValueOrARuntimeError) {
