@@ -3,6 +3,7 @@
 // few milliseconds, and none bounds how long the machine takes.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
 #include <optional>
 #include <ostream>
@@ -50,26 +51,20 @@ class ClockContractTest : public testing::TestWithParam<Implementation> {
   std::condition_variable wake_;
 };
 
-TEST_P(ClockContractTest, MonotonicTimeNeverGoesBack) {
-  Clock::TimePoint previous = clock_->now();
-  for (int i = 0; i < 2000; ++i) {
-    if (i % 200 == 0) {
-      std::unique_lock lock(mutex_);
-      clock_->waitUntil(lock, wake_, clock_->now() + microseconds(100));
-    }
-    const Clock::TimePoint current = clock_->now();
-    ASSERT_GE(current, previous) << "read " << i;
-    previous = current;
-  }
-}
-
-TEST_P(ClockContractTest, WaitingEndsAtTheDeadlineWithTheLockHeld) {
+// A few waits of a millisecond, each until the deadline is reached; time never goes back.
+TEST_P(ClockContractTest, WaitingEndsAtTheDeadlineAndTimeNeverGoesBack) {
   std::unique_lock lock(mutex_);
-  const Clock::TimePoint deadline = clock_->now() + milliseconds(2);
-  while (clock_->now() < deadline)
-    clock_->waitUntil(lock, wake_, deadline);
-  EXPECT_TRUE(lock.owns_lock());
-  EXPECT_GE(clock_->now(), deadline);
+  Clock::TimePoint previous = clock_->now();
+  for (int i = 0; i < 3; ++i) {
+    const Clock::TimePoint deadline = previous + milliseconds(1);
+    for (Clock::TimePoint now = previous; now < deadline; previous = now) {
+      clock_->waitUntil(lock, wake_, deadline);
+      ASSERT_TRUE(lock.owns_lock());
+      now = clock_->now();
+      ASSERT_GE(now, previous);
+    }
+    EXPECT_GE(previous, deadline);
+  }
 }
 
 // The deadline is far enough off that only a wait deaf to the notification can reach it.
@@ -137,13 +132,10 @@ TEST(LocalTimeAtTest, MovesTheInstantByTheOffsetAcrossDaysAndYears) {
       {utc(2023y / December / 31, 23h + 30min), hours(2), {2024, 1, 1, 1, 30, 0, 0}},
       {utc(2024y / January / 1, 30min), -hours(5), {2023, 12, 31, 19, 30, 0, 0}},
       {utc(2024y / February / 28, 22h), hours(5) + minutes(45), {2024, 2, 29, 3, 45, 0, 0}},
-      {utc(2023y / February / 28, 22h), hours(5) + minutes(45), {2023, 3, 1, 3, 45, 0, 0}},
-      {utc(2024y / July / 4, 9h + 8min + 7s + 654ms), seconds(0), {2024, 7, 4, 9, 8, 7, 654}},
       // Before 1970 the fields still count forwards from the start of the day.
       {utc(1969y / December / 31, 23h + 59min + 59s + 999ms),
        seconds(0),
        {1969, 12, 31, 23, 59, 59, 999}},
-      {utc(1899y / December / 30), -(hours(3) + minutes(30)), {1899, 12, 29, 20, 30, 0, 0}},
       {utc(1970y / January / 1, 250ms), -seconds(1), {1969, 12, 31, 23, 59, 59, 250}},
   };
   for (const Row& row : rows) {
@@ -173,29 +165,6 @@ TEST(SimulatedClockTest, DateAndTimeMoveWithMonotonicTime) {
 
 #if !defined(_WIN32)
 
-// Puts a TZ value in place for the scope, and the previous one (or none) back after.
-class ScopedZone {
- public:
-  explicit ScopedZone(const char* zone) {
-    if (const char* previous = getenv("TZ")) previous_ = previous;
-    setenv("TZ", zone, 1);
-    tzset();
-  }
-  ~ScopedZone() {
-    if (previous_) {
-      setenv("TZ", previous_->c_str(), 1);
-    } else {
-      unsetenv("TZ");
-    }
-    tzset();
-  }
-  ScopedZone(const ScopedZone&) = delete;
-  ScopedZone& operator=(const ScopedZone&) = delete;
-
- private:
-  std::optional<std::string> previous_;
-};
-
 // Zones written as POSIX rules, which need no time zone database; the US Eastern zone moved
 // its clocks forward at 2024-03-10 07:00 UTC.
 TEST(NativeClockTest, FollowsTheZoneOfTheEnvironment) {
@@ -205,22 +174,28 @@ TEST(NativeClockTest, FollowsTheZoneOfTheEnvironment) {
     LocalTime expected;
   };
   const Row rows[] = {
-      {"UTC0", utc(2024y / July / 15, 12h + 250ms), {2024, 7, 15, 12, 0, 0, 250}},
       {"<+02>-2", utc(2023y / December / 31, 23h + 30min), {2024, 1, 1, 1, 30, 0, 0}},
-      {"<+0545>-5:45", utc(2024y / February / 28, 22h), {2024, 2, 29, 3, 45, 0, 0}},
       {"<-0330>3:30", utc(2024y / January / 1, 1h), {2023, 12, 31, 21, 30, 0, 0}},
-      {"EST5EDT,M3.2.0,M11.1.0", utc(2024y / January / 15, 12h), {2024, 1, 15, 7, 0, 0, 0}},
       {"EST5EDT,M3.2.0,M11.1.0",
        utc(2024y / March / 10, 6h + 59min + 59s),
        {2024, 3, 10, 1, 59, 59, 0}},
       {"EST5EDT,M3.2.0,M11.1.0", utc(2024y / March / 10, 7h), {2024, 3, 10, 3, 0, 0, 0}},
   };
+  const char* const saved = getenv("TZ");
+  const std::optional<std::string> previous =
+      saved == nullptr ? std::nullopt : std::optional<std::string>(saved);
   const std::unique_ptr<Clock> clock = Clock::makeNative();
   for (const Row& row : rows) {
     SCOPED_TRACE(row.zone);
-    const ScopedZone zone(row.zone);
+    setenv("TZ", row.zone, 1);
     EXPECT_EQ(localTimeAt(row.instant, clock->utcOffsetAt(row.instant)), row.expected);
   }
+  if (previous) {
+    setenv("TZ", previous->c_str(), 1);
+  } else {
+    unsetenv("TZ");
+  }
+  tzset();
 }
 
 #else
@@ -241,11 +216,8 @@ TEST(NativeClockTest, OffsetIsTheOneOfTheSystemsLocalTime) {
   GetSystemTime(&utcTime);
   GetLocalTime(&localTime);
   const seconds offset = clock->utcOffsetAt(clock->utcNow());
-  constexpr int64_t kTicksPerQuarter = 15LL * 60 * 10'000'000;
-  const int64_t difference = ticksOf(localTime) - ticksOf(utcTime);
-  const int64_t quarters =
-      (difference + (difference >= 0 ? kTicksPerQuarter / 2 : -kTicksPerQuarter / 2)) /
-      kTicksPerQuarter;
+  const double difference = static_cast<double>(ticksOf(localTime) - ticksOf(utcTime));
+  const long quarters = std::lround(difference / (15.0 * 60 * 10'000'000));
   EXPECT_EQ(offset, minutes(15 * quarters));
 }
 

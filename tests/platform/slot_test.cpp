@@ -39,43 +39,37 @@ class FakeProbe : public Probe<Tag> {
   std::string name_;
 };
 
-TEST(SlotTest, NativeIsMadeOnFirstReadAndAfterItIsPutBack) {
+TEST(SlotTest, InstalledImplementationsReplaceTheNativeOneUntilPutBack) {
   constexpr Slot<Probe<0>> probe{};
   EXPECT_EQ(Probe<0>::made.load(), 0);
   const auto native = probe();
   EXPECT_EQ(probe(), native);
-  EXPECT_EQ(Probe<0>::made.load(), 1);
-
-  auto fake = std::make_shared<FakeProbe<0>>();
-  EXPECT_EQ(probe.install(fake), native);
-  EXPECT_EQ(probe()->name(), "fake");
-  EXPECT_EQ(probe.install(nullptr), fake);
-  EXPECT_EQ(probe()->name(), "native");
-  EXPECT_EQ(Probe<0>::made.load(), 2);
-}
-
-TEST(SlotTest, ScopedFakesNestAndPutBackWhatWasThere) {
-  constexpr Slot<Probe<1>> probe{};
-  const auto native = probe();
   {
-    ScopedFake<FakeProbe<1>> outer("outer");
+    ScopedFake<FakeProbe<0>> outer("outer");
     EXPECT_EQ(probe().get(), &outer.fake());
     {
-      ScopedFake<FakeProbe<1>> inner("inner");
+      ScopedFake<FakeProbe<0>> inner("inner");
       EXPECT_EQ(probe()->name(), "inner");
     }
     EXPECT_EQ(probe()->name(), "outer");
   }
   EXPECT_EQ(probe(), native);
-  EXPECT_EQ(Probe<1>::made.load(), 1);
+  EXPECT_EQ(Probe<0>::made.load(), 1);
+
+  // Null puts a native one back, made anew.
+  auto fake = std::make_shared<FakeProbe<0>>();
+  EXPECT_EQ(probe.install(fake), native);
+  EXPECT_EQ(probe.install(nullptr), fake);
+  EXPECT_EQ(probe()->name(), "native");
+  EXPECT_EQ(Probe<0>::made.load(), 2);
 }
 
 // Threads that read an area for the first time at once all get the one native implementation.
 TEST(SlotTest, FirstReadsFromManyThreadsMakeOneNative) {
-  constexpr Slot<Probe<2>> probe{};
+  constexpr Slot<Probe<1>> probe{};
   constexpr int kThreads = 8;
   std::atomic<int> ready = 0;
-  std::vector<std::shared_ptr<Probe<2>>> seen(kThreads);
+  std::vector<std::shared_ptr<Probe<1>>> seen(kThreads);
   std::vector<std::thread> threads;
   for (int i = 0; i < kThreads; ++i) {
     threads.emplace_back([&, i] {
@@ -87,7 +81,7 @@ TEST(SlotTest, FirstReadsFromManyThreadsMakeOneNative) {
   }
   for (std::thread& thread : threads)
     thread.join();
-  EXPECT_EQ(Probe<2>::made.load(), 1);
+  EXPECT_EQ(Probe<1>::made.load(), 1);
   for (const auto& each : seen)
     EXPECT_EQ(each, seen[0]);
 }

@@ -1,5 +1,5 @@
-// The same argument cases against the fake terminal and the native one, then the native one
-// against real standard inputs: a pipe, and a terminal where the test can open one.
+// The argument cases against the fake terminal and the native one, then the native one with a
+// pipe and (on POSIX) a pseudo-terminal as standard input.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -17,153 +17,85 @@
 namespace ravelin::platform {
 namespace {
 
-struct Implementation {
-  const char* name;
-  std::function<std::shared_ptr<Terminal>()> make;
-};
-
-class TerminalContractTest : public testing::TestWithParam<Implementation> {};
+class TerminalContractTest
+    : public testing::TestWithParam<std::pair<const char*, std::shared_ptr<Terminal> (*)()>> {};
 
 TEST_P(TerminalContractTest, ArgumentsAfterTheProgramNameEachKeptWhole) {
 #if defined(_WIN32)
-  if (std::string(GetParam().name) == "native")
+  if (std::string(GetParam().first) == "native")
     GTEST_SKIP() << "Windows reads the process's own command line, not argv";
 #endif
-  struct Row {
-    std::vector<std::string> argv;
-    std::vector<std::string> expected;
-  };
-  const Row rows[] = {
+  const std::pair<std::vector<std::string>, std::vector<std::string>> rows[] = {
       {{"ravelin", "run.vbs", "two words", "\xC3\xA9t\xC3\xA9", ""},
        {"run.vbs", "two words", "\xC3\xA9t\xC3\xA9", ""}},
       {{"ravelin"}, {}},
       {{}, {}},
   };
-  const std::shared_ptr<Terminal> terminal = GetParam().make();
-  for (const Row& row : rows) {
-    std::vector<std::string> storage = row.argv;
-    std::vector<char*> argv;
-    for (std::string& argument : storage)
-      argv.push_back(argument.data());
-    argv.push_back(nullptr);
-    EXPECT_EQ(terminal->commandLineArguments(static_cast<int>(storage.size()), argv.data()),
-              row.expected);
+  const std::shared_ptr<Terminal> terminal = GetParam().second();
+  for (auto [argv, expected] : rows) {
+    std::vector<char*> pointers;
+    for (std::string& argument : argv)
+      pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    EXPECT_EQ(terminal->commandLineArguments(static_cast<int>(argv.size()), pointers.data()),
+              expected);
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Implementations, TerminalContractTest,
-    testing::Values(
-        Implementation{"fake",
-                       [] { return std::shared_ptr<Terminal>(std::make_shared<FakeTerminal>()); }},
-        Implementation{"native", [] { return std::shared_ptr<Terminal>(Terminal::makeNative()); }}),
-    [](const testing::TestParamInfo<Implementation>& info) {
-      return std::string(info.param.name);
-    });
+    testing::Values(std::pair{"fake", +[] { return std::shared_ptr<Terminal>(new FakeTerminal); }},
+                    std::pair{"native", +[] { return std::shared_ptr(Terminal::makeNative()); }}),
+    [](const auto& info) { return std::string(info.param.first); });
 
 #if defined(_WIN32)
 
-using Handle = HANDLE;
-const Handle kNoHandle = INVALID_HANDLE_VALUE;
-
-void closeHandle(Handle handle) {
-  CloseHandle(handle);
-}
-
-// Puts a handle in place of standard input.
-Handle replaceStandardInput(Handle handle) {
-  const Handle previous = GetStdHandle(STD_INPUT_HANDLE);
-  SetStdHandle(STD_INPUT_HANDLE, handle);
-  return previous;
-}
-
-void restoreStandardInput(Handle previous) {
+TEST(NativeTerminalTest, PipeAsStandardInputIsNoTerminal) {
+  HANDLE reading = nullptr;
+  HANDLE writing = nullptr;
+  ASSERT_TRUE(CreatePipe(&reading, &writing, nullptr, 0));
+  const HANDLE previous = GetStdHandle(STD_INPUT_HANDLE);
+  SetStdHandle(STD_INPUT_HANDLE, reading);
+  const bool isTerminal = Terminal::makeNative()->standardInputIsTerminal();
   SetStdHandle(STD_INPUT_HANDLE, previous);
-}
-
-// An empty pipe's reading end.
-Handle openPipe(Handle&) {
-  Handle reading = nullptr;
-  Handle writing = nullptr;
-  if (!CreatePipe(&reading, &writing, nullptr, 0)) return kNoHandle;
+  CloseHandle(reading);
   CloseHandle(writing);
-  return reading;
-}
-
-// The console's input, when the process has a console.
-Handle openTerminal(Handle&) {
-  return CreateFileW(L"CONIN$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                     nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_FALSE(isTerminal);
 }
 
 #else
 
-using Handle = int;
-const Handle kNoHandle = -1;
-
-void closeHandle(Handle handle) {
-  close(handle);
-}
-
-Handle replaceStandardInput(Handle handle) {
-  const Handle previous = dup(STDIN_FILENO);
-  dup2(handle, STDIN_FILENO);
-  return previous;
-}
-
-void restoreStandardInput(Handle previous) {
-  if (previous == kNoHandle) {
-    close(STDIN_FILENO);
-    return;
-  }
+// Whether the native terminal calls standard input a terminal while it reads from `input`.
+bool seenAsTerminal(int input) {
+  const int previous = dup(STDIN_FILENO);
+  dup2(input, STDIN_FILENO);
+  const bool isTerminal = Terminal::makeNative()->standardInputIsTerminal();
   dup2(previous, STDIN_FILENO);
   close(previous);
+  return isTerminal;
 }
 
-// An empty pipe's reading end.
-Handle openPipe(Handle&) {
-  int ends[2];
-  if (pipe(ends) != 0) return kNoHandle;
-  close(ends[1]);
-  return ends[0];
-}
+TEST(NativeTerminalTest, StandardInputIsATerminalOnlyWhenItIsOne) {
+  int pipeEnds[2];
+  ASSERT_EQ(pipe(pipeEnds), 0);
+  EXPECT_FALSE(seenAsTerminal(pipeEnds[0]));
+  close(pipeEnds[0]);
+  close(pipeEnds[1]);
 
-// The far side of a new pseudo-terminal; the near side, which has to stay open for the far one
-// to remain a terminal, goes to `keep`.
-Handle openTerminal(Handle& keep) {
-  keep = posix_openpt(O_RDWR | O_NOCTTY);
-  if (keep < 0) return kNoHandle;
-  const char* name = grantpt(keep) == 0 && unlockpt(keep) == 0 ? ptsname(keep) : nullptr;
-  return name == nullptr ? kNoHandle : open(name, O_RDWR | O_NOCTTY);
+  // The far side of a pseudo-terminal stays a terminal only while the near side is open.
+  const int near = posix_openpt(O_RDWR | O_NOCTTY);
+  const char* name =
+      near >= 0 && grantpt(near) == 0 && unlockpt(near) == 0 ? ptsname(near) : nullptr;
+  const int far = name == nullptr ? -1 : open(name, O_RDWR | O_NOCTTY);
+  if (far >= 0) {
+    EXPECT_TRUE(seenAsTerminal(far));
+    close(far);
+  }
+  if (near >= 0) close(near);
+  if (far < 0) GTEST_SKIP() << "no pseudo-terminal to be had";
 }
 
 #endif
-
-TEST(NativeTerminalTest, StandardInputIsATerminalOnlyWhenItIsOne) {
-  struct Row {
-    const char* what;
-    Handle (*open)(Handle& keep);
-    bool expected;
-  };
-  const Row rows[] = {{"pipe", openPipe, false}, {"terminal", openTerminal, true}};
-  const std::unique_ptr<Terminal> terminal = Terminal::makeNative();
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.what);
-    Handle keep = kNoHandle;
-    const Handle input = row.open(keep);
-    if (input == kNoHandle) {
-      if (keep != kNoHandle) closeHandle(keep);
-      if (row.expected) continue;  // no terminal to be had here
-      FAIL() << "cannot open a " << row.what;
-    }
-    const Handle previous = replaceStandardInput(input);
-    const bool isTerminal = terminal->standardInputIsTerminal();
-    restoreStandardInput(previous);
-    closeHandle(input);
-    if (keep != kNoHandle) closeHandle(keep);
-    EXPECT_EQ(isTerminal, row.expected);
-  }
-}
 
 }  // namespace
 }  // namespace ravelin::platform
