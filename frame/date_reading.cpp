@@ -1,10 +1,10 @@
 // Reading dates from text: CDate and IsDate of a String, and the script language's date
 // literals.
 #include <array>
-#include <chrono>
 #include <optional>
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/platform/clock.hpp>
 
 namespace ravelin {
 
@@ -221,9 +221,9 @@ std::optional<TimeOfDay> readTime(const Tokens& tokens, size_t first, size_t las
   return time;
 }
 
+// The local year, the one the script's Date is in (around New Year, UTC's may differ).
 int currentYear() {
-  const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
-  return static_cast<int>(std::chrono::year_month_day{today}.year());
+  return platform::clock()->localNow().year;
 }
 
 // A year written with three or more digits, or too big for a day, can only be a year.

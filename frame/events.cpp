@@ -35,68 +35,6 @@ void EventSource::raiseEvent(StringView eventName, std::span<Variant> arguments)
     sink->onEvent(eventName, arguments);
 }
 
-namespace {
-
-class SteadyWaitClock final : public WaitClock {
- public:
-  TimePoint now() const override { return std::chrono::steady_clock::now(); }
-  void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& wake,
-                 TimePoint deadline) override {
-    wake.wait_until(lock, deadline);
-  }
-};
-
-}  // namespace
-
-WaitClock& steadyWaitClock() {
-  static SteadyWaitClock clock;
-  return clock;
-}
-
-WaitClock::TimePoint SimulatedWaitClock::now() const {
-  std::lock_guard guard(mutex_);
-  return now_;
-}
-
-void SimulatedWaitClock::advance(std::chrono::nanoseconds duration) {
-  std::lock_guard guard(mutex_);
-  now_ += duration;
-}
-
-void SimulatedWaitClock::schedule(TimePoint when, std::function<void()> action) {
-  std::lock_guard guard(mutex_);
-  scheduled_.emplace_back(when, std::move(action));
-}
-
-void SimulatedWaitClock::expectPosts(int count) {
-  std::lock_guard guard(mutex_);
-  awaitedPosts_ += count;
-}
-
-void SimulatedWaitClock::waitUntil(std::unique_lock<std::mutex>& lock,
-                                   std::condition_variable& wake, TimePoint deadline) {
-  std::unique_lock guard(mutex_);
-  if (awaitedPosts_ > 0) {
-    guard.unlock();
-    wake.wait(lock);
-    return;
-  }
-  auto next = std::min_element(scheduled_.begin(), scheduled_.end(),
-                               [](const auto& a, const auto& b) { return a.first < b.first; });
-  if (next == scheduled_.end() || next->first > deadline) {
-    now_ = std::max(now_, deadline);
-    return;
-  }
-  now_ = std::max(now_, next->first);
-  std::function<void()> action = std::move(next->second);
-  scheduled_.erase(next);
-  guard.unlock();
-  // The action may post to the queue, which takes the queue's lock.
-  lock.unlock();
-  action();
-  lock.lock();
-}
-
 const std::shared_ptr<EventQueue>& EventQueue::current() {
   thread_local const std::shared_ptr<EventQueue> queue = std::make_shared<EventQueue>();
   return queue;
@@ -128,15 +66,20 @@ std::size_t EventQueue::runPending() {
   return count;
 }
 
-void EventQueue::waitAndRun(WaitClock::TimePoint deadline) {
+void EventQueue::waitAndRun(platform::Clock::TimePoint deadline) {
+  const std::shared_ptr<platform::Clock> clock = platform::clock();
   for (;;) {
     runPending();
     std::unique_lock lock(mutex_);
     if (!events_.empty()) continue;
-    if (clock_->now() >= deadline) break;
-    clock_->waitUntil(lock, wake_, deadline);
+    if (clock->now() >= deadline) break;
+    clock->waitUntil(lock, wake_, deadline);
   }
   runPending();
+}
+
+void EventQueue::waitAndRun(std::chrono::milliseconds duration) {
+  waitAndRun(platform::clock()->now() + duration);
 }
 
 }  // namespace ravelin

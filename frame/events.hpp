@@ -12,6 +12,7 @@
 #include <mutex>
 #include <ravelin/base/text.hpp>
 #include <ravelin/frame/variant.hpp>
+#include <ravelin/platform/clock.hpp>
 #include <span>
 #include <utility>
 #include <vector>
@@ -57,50 +58,10 @@ class EventSource {
   uint32_t nextCookie_ = 1;
 };
 
-// Where the event queue reads the time and how it waits for the next post.
-class WaitClock {
- public:
-  using TimePoint = std::chrono::steady_clock::time_point;
-
-  virtual ~WaitClock() = default;
-  virtual TimePoint now() const = 0;
-  // Waits on `wake` (the queue's lock held on entry and on return) until it is notified or the
-  // clock reaches `deadline`. May return early; the queue checks again.
-  virtual void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& wake,
-                         TimePoint deadline) = 0;
-};
-
-// The machine's monotonic clock, waiting for real.
-WaitClock& steadyWaitClock();
-
-// A clock for tests: time moves only when the queue waits (it jumps to the deadline, or to the
-// next scheduled action, which runs then) or when the test advances it.
-class SimulatedWaitClock : public WaitClock {
- public:
-  TimePoint now() const override;
-  void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& wake,
-                 TimePoint deadline) override;
-
-  void advance(std::chrono::nanoseconds duration);
-  // Runs `action` when simulated time reaches `when` during a wait (as a timer's callback would).
-  void schedule(TimePoint when, std::function<void()> action);
-  // While posts are awaited, a wait blocks until the queue is notified instead of jumping ahead:
-  // a test expecting a post from another thread raises the count and lowers it on delivery.
-  void expectPosts(int count);
-
- private:
-  mutable std::mutex mutex_;
-  TimePoint now_{};
-  std::vector<std::pair<TimePoint, std::function<void()>>> scheduled_;
-  int awaitedPosts_ = 0;
-};
-
 // The events waiting to run on one thread. post() may be called from any thread; the other
-// members only on the owning thread.
+// members only on the owning thread. Time and waiting come from the installed platform clock.
 class EventQueue {
  public:
-  explicit EventQueue(WaitClock& clock = steadyWaitClock()) : clock_(&clock) {}
-
   // The queue of the calling thread, created on first use. Keep the shared reference to post
   // to it from elsewhere: it outlives the thread if need be (posts then never run).
   static const std::shared_ptr<EventQueue>& current();
@@ -111,13 +72,10 @@ class EventQueue {
   std::size_t runPending();
   // Runs events as they arrive until the clock reaches `deadline`, then those already posted.
   // An exception from an event leaves the rest queued and propagates.
-  void waitAndRun(WaitClock::TimePoint deadline);
-  void waitAndRun(std::chrono::milliseconds duration) { waitAndRun(clock_->now() + duration); }
-
-  WaitClock& clock() const { return *clock_; }
+  void waitAndRun(platform::Clock::TimePoint deadline);
+  void waitAndRun(std::chrono::milliseconds duration);
 
  private:
-  WaitClock* clock_;
   std::mutex mutex_;
   std::condition_variable wake_;
   std::deque<std::function<void()>> events_;

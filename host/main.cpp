@@ -91,9 +91,10 @@ int listClasses(const std::string& name) {
 }
 
 int hostMain(int argc, char** argv) {
-  const std::vector<std::string> given = platform::commandLineArguments(argc, argv);
+  const auto terminal = platform::terminal();
+  const std::vector<std::string> given = terminal->commandLineArguments(argc, argv);
   std::vector<std::string_view> arguments(given.begin(), given.end());
-  bool inputIsTerminal = arguments.empty() && platform::standardInputIsTerminal();
+  bool inputIsTerminal = arguments.empty() && terminal->standardInputIsTerminal();
   CommandLine line = parseCommandLine(arguments, inputIsTerminal);
 
   switch (line.action) {

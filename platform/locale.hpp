@@ -8,6 +8,7 @@
 #include <optional>
 #include <ravelin/base/locale.hpp>
 #include <ravelin/base/text.hpp>
+#include <ravelin/platform/slot.hpp>
 #include <string>
 #include <string_view>
 
@@ -30,17 +31,13 @@ class LocaleSystem {
 
   // The same for a Windows locale identifier; nullopt where the system has no such identifiers.
   virtual std::optional<Locale> findLocale(uint32_t lcid) const = 0;
+
+  // The implementation of the system the library runs on.
+  static std::unique_ptr<LocaleSystem> makeNative();
 };
 
-// The implementation of the system the library runs on.
-std::unique_ptr<LocaleSystem> makeNativeLocaleSystem();
-
 // The implementation the library reads: the native one unless another was installed.
-std::shared_ptr<const LocaleSystem> localeSystem();
-
-// Puts an implementation in place for the whole process (a fake, in tests) and returns the one it
-// replaces; null puts the native one back.
-std::shared_ptr<const LocaleSystem> installLocaleSystem(std::shared_ptr<const LocaleSystem> system);
+inline constexpr Slot<LocaleSystem> localeSystem{};
 
 // The locale name a POSIX environment selects for the settings the library uses, given a way to
 // read a variable: LC_ALL, then LC_NUMERIC, then LANG; an empty variable counts as unset, as

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <ravelin/platform/slot.hpp>
 #include <span>
 
 namespace ravelin::platform {
@@ -15,16 +16,12 @@ class RandomSource {
 
   // Fills `bytes` with random bytes; false when the system could not supply them.
   virtual bool fill(std::span<uint8_t> bytes) const = 0;
+
+  // The implementation of the system the library runs on.
+  static std::unique_ptr<RandomSource> makeNative();
 };
 
-// The implementation of the system the library runs on.
-std::unique_ptr<RandomSource> makeNativeRandomSource();
-
 // The implementation the library reads: the native one unless another was installed.
-std::shared_ptr<const RandomSource> randomSource();
-
-// Puts an implementation in place for the whole process (a fake, in tests) and returns the one it
-// replaces; null puts the native one back.
-std::shared_ptr<const RandomSource> installRandomSource(std::shared_ptr<const RandomSource> source);
+inline constexpr Slot<RandomSource> randomSource{};
 
 }  // namespace ravelin::platform

@@ -1,13 +1,11 @@
-// Name lookup over the families' tables, the shared argument helpers and the replaceable clock.
+// Name lookup over the families' tables, the shared argument helpers and the script's clock.
 #include <algorithm>
-#include <chrono>
-#include <ctime>
-#include <mutex>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/host/script/builtin_args.hpp>
 #include <ravelin/host/script/builtins.hpp>
+#include <ravelin/platform/clock.hpp>
 
 namespace ravelin::script {
 
@@ -59,31 +57,6 @@ const Builtin* findIn(std::span<const Builtin> table, StringView name) {
   return &*it;
 }
 
-// The local time of the system, with milliseconds.
-Date systemClock() {
-  using namespace std::chrono;
-  const auto now = system_clock::now();
-  const std::time_t seconds = system_clock::to_time_t(now);
-  const auto millis = duration_cast<milliseconds>(now.time_since_epoch()).count() % 1000;
-  std::tm local{};
-  {
-    // std::localtime shares one buffer between threads.
-    static std::mutex mutex;
-    const std::lock_guard<std::mutex> lock(mutex);
-    const std::tm* converted = std::localtime(&seconds);
-    if (converted == nullptr) return Date{};  // a clock the C library cannot convert
-    local = *converted;
-  }
-  const Date whole = makeDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
-                              local.tm_min, std::min(local.tm_sec, 59));
-  return Date{whole.serial + static_cast<double>(millis) / 86400000.0};
-}
-
-Clock& clockSlot() {
-  static Clock clock;
-  return clock;
-}
-
 }  // namespace
 
 const Builtin* findBuiltin(StringView name) {
@@ -94,13 +67,10 @@ const Builtin* findBuiltin(StringView name) {
   return nullptr;
 }
 
-void setClock(Clock clock) {
-  clockSlot() = std::move(clock);
-}
-
 Date currentDateTime() {
-  const Clock& clock = clockSlot();
-  return clock ? clock() : systemClock();
+  const platform::LocalTime now = platform::clock()->localNow();
+  const Date whole = makeDate(now.year, now.month, now.day, now.hour, now.minute, now.second);
+  return Date{whole.serial + static_cast<double>(now.millisecond) / 86400000.0};
 }
 
 }  // namespace ravelin::script

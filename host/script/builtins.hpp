@@ -2,7 +2,6 @@
 // looks up by name and calls with evaluated arguments.
 #pragma once
 
-#include <functional>
 #include <limits>
 #include <ravelin/frame/date.hpp>
 #include <ravelin/frame/variant.hpp>
@@ -15,8 +14,8 @@ inline constexpr int kAnyArgumentCount = std::numeric_limits<int>::max();
 
 // One built-in function. The interpreter checks the argument count against minArgs and maxArgs
 // (450 otherwise) and passes the values with object default members already resolved, unless
-// the function sees objects as they are (the Is... tests, TypeName and VarType). An omitted optional
-// argument is Variant::missing() or simply absent from the end of the span; each function
+// the function sees objects as they are (the Is... tests, TypeName and VarType). An omitted
+// optional argument is Variant::missing() or simply absent from the end of the span; each function
 // applies the runtime's default. Functions raise the runtime's errors (5, 6, 13, 94...).
 struct Builtin {
   StringView name;  // the runtime's spelling ("InStrRev")
@@ -31,10 +30,8 @@ struct Builtin {
 // of static tables: no work at start-up.
 const Builtin* findBuiltin(StringView name);
 
-// The clock Date, Time, Now, Timer and Randomize read: the local date and time as a serial.
-// Tests replace it to fix the time; an empty function restores the system clock.
-using Clock = std::function<Date()>;
-void setClock(Clock clock);
+// The time Date, Time, Now, Timer and Randomize read: the local date and time of the platform
+// clock as a serial, with its milliseconds. Tests install a simulated clock to fix it.
 Date currentDateTime();
 
 }  // namespace ravelin::script

@@ -6,6 +6,7 @@
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/parser.hpp>
 #include <ravelin/host/script/script_scope.hpp>
+#include <ravelin/platform/stack.hpp>
 #include <stdexcept>
 
 namespace ravelin::script {
@@ -15,13 +16,8 @@ namespace detail {
 namespace {
 
 // A run that consumes more stack than this raises "Out of stack space"; it leaves room below
-// for the deepest expression and statement nesting the parser accepts. Windows gives the main
-// thread a smaller stack (1 MB unless the program asks for more) than Linux and macOS (8 MB).
-#ifdef _WIN32
-constexpr std::uintptr_t kStackLimit = std::uintptr_t{640} << 10;
-#else
-constexpr std::uintptr_t kStackLimit = std::uintptr_t{3} << 20;
-#endif
+// for the deepest expression and statement nesting the parser accepts.
+const std::uintptr_t kStackLimit = platform::mainThreadStackBudget();
 // The deepest a script's own procedures may call each other.
 constexpr int kMaxCallDepth = 2000;
 

@@ -40,11 +40,4 @@ std::optional<Locale> FakeLocaleSystem::findLocale(uint32_t lcid) const {
   return *it;
 }
 
-ScopedFakeLocaleSystem::ScopedFakeLocaleSystem()
-    : fake_(std::make_shared<FakeLocaleSystem>()), previous_(installLocaleSystem(fake_)) {}
-
-ScopedFakeLocaleSystem::~ScopedFakeLocaleSystem() {
-  installLocaleSystem(std::move(previous_));
-}
-
 }  // namespace ravelin::platform

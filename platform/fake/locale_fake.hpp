@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <ravelin/platform/fake/scoped_fake.hpp>
 #include <ravelin/platform/locale.hpp>
 #include <string>
 #include <vector>
@@ -28,21 +29,6 @@ class FakeLocaleSystem : public LocaleSystem {
  private:
   std::map<std::string, std::string> variables_;
   std::vector<Locale> locales_;
-};
-
-// Installs a fake for the life of a scope and puts the previous implementation back after.
-class ScopedFakeLocaleSystem {
- public:
-  ScopedFakeLocaleSystem();
-  ~ScopedFakeLocaleSystem();
-  ScopedFakeLocaleSystem(const ScopedFakeLocaleSystem&) = delete;
-  ScopedFakeLocaleSystem& operator=(const ScopedFakeLocaleSystem&) = delete;
-
-  FakeLocaleSystem& fake() { return *fake_; }
-
- private:
-  std::shared_ptr<FakeLocaleSystem> fake_;
-  std::shared_ptr<const LocaleSystem> previous_;
 };
 
 }  // namespace ravelin::platform

@@ -10,11 +10,4 @@ bool FakeRandomSource::fill(std::span<uint8_t> bytes) const {
   return true;
 }
 
-ScopedFakeRandomSource::ScopedFakeRandomSource()
-    : fake_(std::make_shared<FakeRandomSource>()), previous_(installRandomSource(fake_)) {}
-
-ScopedFakeRandomSource::~ScopedFakeRandomSource() {
-  installRandomSource(std::move(previous_));
-}
-
 }  // namespace ravelin::platform

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <ravelin/platform/fake/scoped_fake.hpp>
 #include <ravelin/platform/random.hpp>
 #include <vector>
 
@@ -15,21 +16,6 @@ class FakeRandomSource : public RandomSource {
 
  private:
   std::vector<uint8_t> bytes_;
-};
-
-// Installs a fake for the life of a scope and puts the previous implementation back after.
-class ScopedFakeRandomSource {
- public:
-  ScopedFakeRandomSource();
-  ~ScopedFakeRandomSource();
-  ScopedFakeRandomSource(const ScopedFakeRandomSource&) = delete;
-  ScopedFakeRandomSource& operator=(const ScopedFakeRandomSource&) = delete;
-
-  FakeRandomSource& fake() { return *fake_; }
-
- private:
-  std::shared_ptr<FakeRandomSource> fake_;
-  std::shared_ptr<const RandomSource> previous_;
 };
 
 }  // namespace ravelin::platform

@@ -329,7 +329,7 @@ class PosixLocaleSystem final : public LocaleSystem {
 
 }  // namespace
 
-std::unique_ptr<LocaleSystem> makeNativeLocaleSystem() {
+std::unique_ptr<LocaleSystem> LocaleSystem::makeNative() {
   return std::make_unique<PosixLocaleSystem>();
 }
 

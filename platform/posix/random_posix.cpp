@@ -40,7 +40,7 @@ class PosixRandomSource : public RandomSource {
 
 }  // namespace
 
-std::unique_ptr<RandomSource> makeNativeRandomSource() {
+std::unique_ptr<RandomSource> RandomSource::makeNative() {
   return std::make_unique<PosixRandomSource>();
 }
 

@@ -1,15 +1,25 @@
+// The terminal of POSIX systems: arguments as main receives them, isatty for standard input.
 #include <unistd.h>
 
 #include <ravelin/platform/terminal.hpp>
 
 namespace ravelin::platform {
+namespace {
 
-std::vector<std::string> commandLineArguments(int argc, char** argv) {
-  return std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc);
-}
+class PosixTerminal final : public Terminal {
+ public:
+  std::vector<std::string> commandLineArguments(int argc, char** argv) const override {
+    if (argc <= 1) return {};
+    return std::vector<std::string>(argv + 1, argv + argc);
+  }
 
-bool standardInputIsTerminal() {
-  return isatty(STDIN_FILENO) == 1;
+  bool standardInputIsTerminal() const override { return isatty(STDIN_FILENO) == 1; }
+};
+
+}  // namespace
+
+std::unique_ptr<Terminal> Terminal::makeNative() {
+  return std::make_unique<PosixTerminal>();
 }
 
 }  // namespace ravelin::platform

@@ -92,7 +92,7 @@ class Win32LocaleSystem final : public LocaleSystem {
 
 }  // namespace
 
-std::unique_ptr<LocaleSystem> makeNativeLocaleSystem() {
+std::unique_ptr<LocaleSystem> LocaleSystem::makeNative() {
   return std::make_unique<Win32LocaleSystem>();
 }
 

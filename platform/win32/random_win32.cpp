@@ -27,7 +27,7 @@ class Win32RandomSource : public RandomSource {
 
 }  // namespace
 
-std::unique_ptr<RandomSource> makeNativeRandomSource() {
+std::unique_ptr<RandomSource> RandomSource::makeNative() {
   return std::make_unique<Win32RandomSource>();
 }
 

@@ -2,6 +2,7 @@
 
 #include <ravelin/frame/events.hpp>
 #include <ravelin/frame/object.hpp>
+#include <ravelin/platform/fake/clock_fake.hpp>
 #include <string>
 #include <thread>
 #include <vector>
@@ -99,8 +100,9 @@ TEST(EventQueue, RunPendingLeavesEventsPostedByEventsForLater) {
 
 // A timer on another thread: its callback only posts; the tick is raised on the queue's thread.
 TEST(EventQueue, ScheduledPostsRunDuringTheWaitUpToTheDeadline) {
-  SimulatedWaitClock clock;
-  EventQueue queue(clock);
+  platform::ScopedFake<platform::SimulatedClock> simulated;
+  platform::SimulatedClock& clock = simulated.fake();
+  EventQueue queue;
   Ticker ticker;
   std::vector<std::string> log;
   auto sink = std::make_shared<RecordingSink>(&log);
@@ -128,8 +130,9 @@ TEST(EventQueue, ScheduledPostsRunDuringTheWaitUpToTheDeadline) {
 }
 
 TEST(EventQueue, PostsFromAnotherThreadRunOnTheOwningThread) {
-  SimulatedWaitClock clock;
-  EventQueue queue(clock);
+  platform::ScopedFake<platform::SimulatedClock> simulated;
+  platform::SimulatedClock& clock = simulated.fake();
+  EventQueue queue;
   const auto owner = std::this_thread::get_id();
   std::vector<bool> onOwner;
   clock.expectPosts(2);

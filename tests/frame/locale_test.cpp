@@ -155,7 +155,7 @@ TEST(LocaleTest, DefaultComesFromTheEnvironment) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(toUtf8(row.expected));
-    platform::ScopedFakeLocaleSystem system;
+    platform::ScopedFake<platform::FakeLocaleSystem> system;
     system.fake().addLocale(dutchFromSystem());
     if (row.lcAll) system.fake().setVariable("LC_ALL", row.lcAll);
     if (row.lang) system.fake().setVariable("LANG", row.lang);
@@ -166,7 +166,7 @@ TEST(LocaleTest, DefaultComesFromTheEnvironment) {
 }
 
 TEST(LocaleTest, FindLocaleAsksTheSystemOnlyForUnknownNames) {
-  platform::ScopedFakeLocaleSystem system;
+  platform::ScopedFake<platform::FakeLocaleSystem> system;
   system.fake().addLocale(dutchFromSystem());
   Locale strangeGerman = dutchFromSystem();
   strangeGerman.name = u"de-DE";
@@ -183,7 +183,7 @@ TEST(LocaleTest, FindLocaleAsksTheSystemOnlyForUnknownNames) {
 }
 
 TEST(LocaleTest, CurrentLocaleBelongsToTheThread) {
-  platform::ScopedFakeLocaleSystem system;
+  platform::ScopedFake<platform::FakeLocaleSystem> system;
   system.fake().setVariable("LANG", "de_DE.UTF-8");
   setCurrentLocale(*findKnownLocale(u"pt-BR"));
 
@@ -202,7 +202,7 @@ TEST(LocaleTest, CurrentLocaleBelongsToTheThread) {
 }
 
 TEST(LocaleTest, ScopedLocaleRestoresWhatWasThere) {
-  platform::ScopedFakeLocaleSystem system;
+  platform::ScopedFake<platform::FakeLocaleSystem> system;
   system.fake().setVariable("LANG", "it_IT");
   resetCurrentLocale();
   {

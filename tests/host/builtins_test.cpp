@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
+#include <optional>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
@@ -8,6 +10,7 @@
 #include <ravelin/host/script/builtin_args.hpp>
 #include <ravelin/host/script/builtins.hpp>
 #include <ravelin/host/script/script_limits.hpp>
+#include <ravelin/platform/fake/clock_fake.hpp>
 #include <ravelin/tests/support/error_number.hpp>
 #include <string>
 #include <thread>
@@ -15,6 +18,11 @@
 
 namespace ravelin::script {
 namespace {
+
+// An instant for the simulated clock.
+platform::UtcTime utc(std::chrono::year_month_day date, std::chrono::milliseconds time) {
+  return platform::UtcTime(std::chrono::sys_days(date)) + time;
+}
 
 // Shorthands for the values in the tables.
 Variant I(int v) {
@@ -510,8 +518,10 @@ TEST(BuiltinsTest, Dates) {
 }
 
 TEST(BuiltinsTest, ClockFunctionsReadTheReplaceableClock) {
-  const Date fixed{makeDate(2024, 1, 31, 13, 5, 9).serial + 0.4 / 86400.0};
-  setClock([fixed] { return fixed; });
+  using namespace std::chrono;
+  auto simulated = std::make_optional<platform::ScopedFake<platform::SimulatedClock>>();
+  simulated->fake().setUtcNow(utc(2024y / January / 31, 11h + 5min + 9s + 400ms));
+  simulated->fake().setUtcOffset(2h);
   runRows({
       {u"Now", {}, Dt(2024, 1, 31, 13, 5, 9)},
       {u"Date", {}, Dt(2024, 1, 31)},
@@ -519,9 +529,34 @@ TEST(BuiltinsTest, ClockFunctionsReadTheReplaceableClock) {
   });
   const float timer = findBuiltin(u"Timer")->call({}).asSingle();
   EXPECT_NEAR(timer, 47109.4f, 0.02f);
-  setClock(nullptr);
+  simulated.reset();
   const Date real = currentDateTime();
   EXPECT_GT(real.serial, makeDate(2020, 1, 1).serial);  // the system clock again
+}
+
+// A date written without its year is in the local year, the one Date is in, also on the last
+// evening of a year east of UTC and the first morning of one west of it.
+TEST(BuiltinsTest, DateWithoutAYearIsInTheYearOfDate) {
+  using namespace std::chrono;
+  struct Zone {
+    platform::UtcTime now;
+    seconds offset;
+    int localYear;
+  };
+  const Zone zones[] = {
+      {utc(2023y / December / 31, 23h + 30min), 2h, 2024},
+      {utc(2024y / January / 1, 30min), -5h, 2023},
+      {utc(2023y / December / 31, 23h + 30min), 0h, 2023},
+  };
+  for (const Zone& zone : zones) {
+    platform::ScopedFake<platform::SimulatedClock> simulated;
+    simulated.fake().setUtcNow(zone.now);
+    simulated.fake().setUtcOffset(zone.offset);
+    runRows({
+        {u"Year", {findBuiltin(u"Date")->call({})}, I(zone.localYear)},
+        {u"Year", {findBuiltin(u"CDate")->call(std::vector{S(u"3/2")})}, I(zone.localYear)},
+    });
+  }
 }
 
 // Every function with every mix of awkward arguments (Null, Empty, omitted, arrays, Nothing,

@@ -6,6 +6,7 @@
 #include <ravelin/frame/error.hpp>
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/wscript.hpp>
+#include <ravelin/platform/fake/clock_fake.hpp>
 #include <ravelin/tests/support/error_number.hpp>
 #include <string>
 #include <thread>
@@ -28,8 +29,8 @@ class Ticker : public Object, public EventSource {
 };
 
 struct Harness {
-  explicit Harness(ScriptIdentity identity = {}, WaitClock& clock = steadyWaitClock())
-      : queue(std::make_shared<EventQueue>(clock)),
+  explicit Harness(ScriptIdentity identity = {})
+      : queue(std::make_shared<EventQueue>()),
         wscript(std::make_shared<WScript>(
             std::move(identity), [this](std::string_view text) { output += text; },
             [this](StringView name, std::span<Variant> arguments) {
@@ -107,8 +108,9 @@ TEST(WScript, QuitEndsTheScriptWithItsCode) {
 }
 
 TEST(WScript, SleepTimedEventsAndBadArguments) {
-  SimulatedWaitClock clock;
-  Harness host({}, clock);
+  platform::ScopedFake<platform::SimulatedClock> simulated;
+  platform::SimulatedClock& clock = simulated.fake();
+  Harness host;
   auto ticker = std::make_shared<Ticker>();
   host.call(u"ConnectObject", {Variant(ObjectRef(ticker)), Variant(String(u"t_"))});
   const auto start = clock.now();
@@ -142,8 +144,9 @@ TEST(WScript, SleepTimedEventsAndBadArguments) {
 // The whole path: a script connects an object's events, sleeps while another thread posts
 // ticks, and its Sub receives them (by reference) through the interpreter.
 TEST(WScript, ScriptProceduresReceiveEventsDuringSleep) {
-  SimulatedWaitClock clock;
-  auto queue = std::make_shared<EventQueue>(clock);
+  platform::ScopedFake<platform::SimulatedClock> simulated;
+  platform::SimulatedClock& clock = simulated.fake();
+  auto queue = std::make_shared<EventQueue>();
   std::string output;
   Interpreter interpreter;
   auto wscript = std::make_shared<WScript>(

@@ -133,9 +133,9 @@ TEST(LocaleNameFromVariablesTest, FollowsPosixPrecedence) {
 TEST(InstallLocaleSystemTest, InstalledSystemIsReadUntilRemoved) {
   auto fake = std::make_shared<FakeLocaleSystem>();
   fake->setVariable("LANG", "only_in_the_fake");
-  auto previous = installLocaleSystem(fake);
+  auto previous = localeSystem.install(fake);
   EXPECT_EQ(localeSystem()->environmentLocaleName(), u"only_in_the_fake");
-  installLocaleSystem(previous);
+  localeSystem.install(previous);
   EXPECT_NE(localeSystem().get(), fake.get());
 }
 
@@ -144,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(Implementations, LocaleContractTest,
                                          Implementation{"native",
                                                         [] {
                                                           return std::shared_ptr<LocaleSystem>(
-                                                              makeNativeLocaleSystem());
+                                                              LocaleSystem::makeNative());
                                                         }}),
                          [](const testing::TestParamInfo<Implementation>& info) {
                            return std::string(info.param.name);

@@ -171,7 +171,7 @@ TEST(StringFunctions, ParamArrayToString) {
 
 TEST(StringFunctions, CreateGuidMarksVersionFour) {
   StringFunctions f;
-  platform::ScopedFakeRandomSource random;
+  platform::ScopedFake<platform::FakeRandomSource> random;
   EXPECT_EQ(f.CreateGUID(), u"");  // no random bytes
   random.fake().setBytes({0x00, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77, 0xFF, 0x99, 0xAA, 0xBB,
                           0xCC, 0xDD, 0xEE, 0xFF});
