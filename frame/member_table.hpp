@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <ravelin/frame/object.hpp>
@@ -79,11 +80,22 @@ class ClassInfo {
   const std::vector<MemberInfo>& members() const { return members_; }
 
  private:
+  // Hashes and compares names folded to upper case unit by unit, so that a lookup by any
+  // spelling needs no upper-case copy of the name.
+  struct FoldedHash {
+    using is_transparent = void;
+    std::size_t operator()(StringView name) const noexcept;
+  };
+  struct FoldedEqual {
+    using is_transparent = void;
+    bool operator()(StringView a, StringView b) const noexcept { return equalsIgnoreCase(a, b); }
+  };
+
   String name_;
   Factory factory_;
   std::vector<MemberInfo> members_;
-  // Upper-case name -> index into members_ for each kind (-1 when absent).
-  std::unordered_map<String, std::array<int, 4>> index_;
+  // Name -> index into members_ for each kind (-1 when absent).
+  std::unordered_map<String, std::array<int, 4>, FoldedHash, FoldedEqual> index_;
 };
 
 }  // namespace ravelin
