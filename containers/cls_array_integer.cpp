@@ -17,9 +17,11 @@ void clsArrayInteger::orderValuesAsc() {
 }
 
 ClassInfo clsArrayInteger::describe() {
-  return ClassBuilder<clsArrayInteger>(kClassName)
+  return ClassBuilder<clsArrayInteger, Base>(kClassName,
+                                             [](clsArrayInteger& self) -> Base& { return self; })
       .method(u"add", &clsArrayInteger::add, {u"viValue"})
-      .method(u"setArraySizeWithEmptyValues", &clsArrayInteger::setArraySizeWithEmptyValues, {u"viCount"})
+      .method(u"setArraySizeWithEmptyValues", &clsArrayInteger::setArraySizeWithEmptyValues,
+              {u"viCount"})
       .get(u"item", &clsArrayInteger::item, {u"viIndex"})
       .let(u"item", &clsArrayInteger::letItem, {u"viIndex", u"viValue"})
       .method(u"getCount", &clsArrayInteger::getCount)

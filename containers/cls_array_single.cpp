@@ -19,9 +19,11 @@ void clsArraySingle::letItem(int16_t viIndex, float value) {
 }
 
 ClassInfo clsArraySingle::describe() {
-  return ClassBuilder<clsArraySingle>(kClassName)
+  return ClassBuilder<clsArraySingle, Base>(kClassName,
+                                            [](clsArraySingle& self) -> Base& { return self; })
       .method(u"add", &clsArraySingle::add, {u"vsngValue"})
-      .method(u"setArraySizeWithEmptyValues", &clsArraySingle::setArraySizeWithEmptyValues, {u"viCount"})
+      .method(u"setArraySizeWithEmptyValues", &clsArraySingle::setArraySizeWithEmptyValues,
+              {u"viCount"})
       .get(u"item", &clsArraySingle::item, {u"viIndex"})
       .let(u"item", &clsArraySingle::letItem, {u"viIndex", u"vsngValue"})
       .method(u"getCount", &clsArraySingle::getCount)

@@ -9,10 +9,9 @@ constexpr int32_t kNamedArgumentNotFound = 448;
 }  // namespace
 
 Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
-                   std::span<CallArgument> arguments, const ClassRegistry& registry) {
+                   std::span<CallArgument> arguments) {
   if (!object) raiseRuntimeError(vb_error::kObjectNotSet);
-  const ClassInfo* info = registry.classOf(*object);
-  const MemberInfo* member = info != nullptr ? info->find(name, kind) : nullptr;
+  const MemberInfo* member = object->classInfo().find(name, kind);
   if (member == nullptr) raiseRuntimeError(vb_error::kMemberNotSupported);
   return callMember(*object, *member, arguments);
 }

@@ -2,6 +2,10 @@
 
 namespace ravelin {
 
+StringView Object::className() const {
+  return classInfo().name();
+}
+
 ClassInfo::ClassInfo(String name, Factory factory)
     : name_(std::move(name)), factory_(std::move(factory)) {}
 

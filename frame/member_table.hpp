@@ -44,18 +44,14 @@ struct MemberInfo {
   MemberInvoker invoke;
 };
 
-// Builds a ClassInfo from a class's typed members (class_builder.hpp). A class that publishes
-// members of a private base names its builder a friend.
-template <typename C>
-class ClassBuilder;
-
 // A public enumeration: its name and its members' names and values, in declaration order.
 struct EnumInfo {
   String name;
   std::vector<std::pair<String, int32_t>> values;
 };
 
-// One public class: its name, how to create it, and its members.
+// One public class: its name, how to create it, and its members. Each class builds its table
+// once (public_class.hpp); its objects, the registry and late-bound calls share that one table.
 class ClassInfo {
  public:
   using Factory = std::function<ObjectRef()>;

@@ -224,7 +224,7 @@ double MathFunctions::GetTDBMaxValueFromFormat(StringView strFormat) const {
 }
 
 ClassInfo MathFunctions::describe() {
-  return ClassBuilder<MathFunctions>(u"MathFunctions")
+  return ClassBuilder<MathFunctions>(kClassName)
       .method(u"MyInt", &MathFunctions::MyInt, {u"Value"})
       .method(u"MyRound",
               [](MathFunctions& self, double value, int16_t digits, int32_t roundingType) {

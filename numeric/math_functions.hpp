@@ -4,9 +4,9 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
 #include <ravelin/base/text.hpp>
+#include <ravelin/frame/member_table.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin {
@@ -28,11 +28,11 @@ enum VarDataType : int32_t {
   vtOperation = 900,
 };
 
-class MathFunctions : public Object {
+class MathFunctions : public PublicClass<MathFunctions> {
  public:
-  MathFunctions() = default;
+  static constexpr StringView kClassName = u"MathFunctions";
 
-  StringView className() const override { return u"MathFunctions"; }
+  MathFunctions() = default;
 
   // The member table late-bound callers see.
   static ClassInfo describe();
