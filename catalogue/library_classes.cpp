@@ -43,6 +43,8 @@ void registerLibraryClasses(ClassRegistry& registry) {
   // frame
   registry.add<clsError>();
   registry.add<IObject>();
+  registry.add<enumCommonCode_ErrorCodes>();
+  registry.add<enumDataTypesSql>();
   // containers
   registry.add<clsArrayBoolean>();
   registry.add<clsArrayDouble>();
@@ -69,52 +71,8 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<StringFunctions>();
   registry.add<DateFunctions>();
   registry.add<MathFunctions>();
-
-  static const EnumInfo errorCodes{
-      u"enumCommonCode_ErrorCodes",
-      {
-          {u"CCEC_InvalidIndex", CCEC_InvalidIndex},
-          {u"CCEC_UnableToGetUniqueIdentifier", CCEC_UnableToGetUniqueIdentifier},
-          {u"CCEC_UnableToUpdateUniqueIdentifier", CCEC_UnableToUpdateUniqueIdentifier},
-          {u"CCEC_ItemNotFound", CCEC_ItemNotFound},
-          {u"CCEC_InvalidId", CCEC_InvalidId},
-          {u"CCEC_FeatureNotImplemented", CCEC_FeatureNotImplemented},
-          {u"CCEC_InvalidParameter", CCEC_InvalidParameter},
-          {u"CCEC_FailedParametersParsing", CCEC_FailedParametersParsing},
-      }};
-  static const EnumInfo sqlDataTypes{u"enumDataTypesSql",
-                                     {
-                                         {u"DTS_Text", DTS_Text},
-                                         {u"DTS_Date", DTS_Date},
-                                         {u"DTS_Numeric", DTS_Numeric},
-                                         {u"DTS_Boolean", DTS_Boolean},
-                                         {u"DTS_TextUnicode", DTS_TextUnicode},
-                                         {u"DTS_Time", DTS_Time},
-                                         {u"DTS_TimeStamp", DTS_TimeStamp},
-                                         {u"DTS_Unknown", DTS_Unknown},
-                                         {u"DTS_FunctionGroup", DTS_FunctionGroup},
-                                         {u"DTS_TimeStampTime", DTS_TimeStampTime},
-                                         {u"DTS_TimeStampDate", DTS_TimeStampDate},
-                                     }};
-  static const EnumInfo roundingTypes{u"RoundingTypes",
-                                      {
-                                          {u"ArithmeticalAssimetric", ArithmeticalAssimetric},
-                                          {u"ArithmeticalSimetric", ArithmeticalSimetric},
-                                      }};
-  static const EnumInfo varDataType{u"VarDataType",
-                                    {
-                                        {u"vtTenDigit", vtTenDigit},
-                                        {u"vtThirteenDigit", vtThirteenDigit},
-                                        {u"vtTDBNumber", vtTDBNumber},
-                                        {u"vtInteger", vtInteger},
-                                        {u"vtLong", vtLong},
-                                        {u"vtDouble", vtDouble},
-                                        {u"vtOperation", vtOperation},
-                                    }};
-  registry.addEnum(errorCodes);
-  registry.addEnum(roundingTypes);
-  registry.addEnum(varDataType);
-  registry.addEnum(sqlDataTypes);
+  registry.add<RoundingTypes>();
+  registry.add<VarDataType>();
 }
 
 }  // namespace ravelin

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <optional>
+#include <ravelin/frame/enum_info.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/public_class.hpp>
+#include <type_traits>
 #include <unordered_map>
 #include <vector>
 
@@ -12,12 +14,17 @@ namespace ravelin {
 
 class ClassRegistry {
  public:
-  // Adds a class by the table its describe() gives: registry.add<clsArrayLong>().
-  template <typename C>
+  // Adds a class (from its describe()) or an enumeration (from its enumInfo):
+  // registry.add<clsArrayLong>(), registry.add<RoundingTypes>().
+  template <typename T>
   void add() {
-    static_assert(
-        requires { C::describe(); }, "a registered class describes its members");
-    addClass(classTableOf<C>());
+    if constexpr (std::is_enum_v<T>) {
+      addEnum(enumInfo<T>());
+    } else {
+      static_assert(
+          requires { T::describe(); }, "a registered class describes its members");
+      addClass(classTableOf<T>());
+    }
   }
 
   // Adds a class by its table, which must outlive the registry; a later class of the same name

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <ravelin/frame/enum_info.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <span>
@@ -42,12 +43,6 @@ struct MemberInfo {
   VarType resultType = VarType::Empty;  // Empty: the member returns nothing
   String resultTypeName;                // as ParameterInfo::typeName
   MemberInvoker invoke;
-};
-
-// A public enumeration: its name and its members' names and values, in declaration order.
-struct EnumInfo {
-  String name;
-  std::vector<std::pair<String, int32_t>> values;
 };
 
 // One public class: its name, how to create it, and its members. Each class builds its table

@@ -223,6 +223,31 @@ double MathFunctions::GetTDBMaxValueFromFormat(StringView strFormat) const {
   return MyVal(digits, u",");
 }
 
+template <>
+const EnumInfo& enumInfo<RoundingTypes>() {
+  static const EnumInfo info{u"RoundingTypes",
+                             {
+                                 {u"ArithmeticalAssimetric", ArithmeticalAssimetric},
+                                 {u"ArithmeticalSimetric", ArithmeticalSimetric},
+                             }};
+  return info;
+}
+
+template <>
+const EnumInfo& enumInfo<VarDataType>() {
+  static const EnumInfo info{u"VarDataType",
+                             {
+                                 {u"vtTenDigit", vtTenDigit},
+                                 {u"vtThirteenDigit", vtThirteenDigit},
+                                 {u"vtTDBNumber", vtTDBNumber},
+                                 {u"vtInteger", vtInteger},
+                                 {u"vtLong", vtLong},
+                                 {u"vtDouble", vtDouble},
+                                 {u"vtOperation", vtOperation},
+                             }};
+  return info;
+}
+
 ClassInfo MathFunctions::describe() {
   return ClassBuilder<MathFunctions>(kClassName)
       .method(u"MyInt", &MathFunctions::MyInt, {u"Value"})

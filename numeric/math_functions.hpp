@@ -16,6 +16,8 @@ enum RoundingTypes : int32_t {
   ArithmeticalAssimetric = 0,
   ArithmeticalSimetric = 1,
 };
+template <>
+const EnumInfo& enumInfo<RoundingTypes>();
 
 // The numeric kinds of the suite's input fields.
 enum VarDataType : int32_t {
@@ -27,6 +29,8 @@ enum VarDataType : int32_t {
   vtDouble = 64,
   vtOperation = 900,
 };
+template <>
+const EnumInfo& enumInfo<VarDataType>();
 
 class MathFunctions : public PublicClass<MathFunctions> {
  public:
