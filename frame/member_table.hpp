@@ -10,7 +10,6 @@
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <span>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -71,22 +70,25 @@ class ClassInfo {
   const std::vector<MemberInfo>& members() const { return members_; }
 
  private:
-  // Hashes and compares names folded to upper case unit by unit, so that a lookup by any
-  // spelling needs no upper-case copy of the name.
-  struct FoldedHash {
-    using is_transparent = void;
-    std::size_t operator()(StringView name) const noexcept;
+  // A member name of the class, upper-cased by the library's folding, with the index into
+  // members_ of its member of each kind (-1 when absent).
+  struct Name {
+    String folded;
+    uint32_t hash;
+    std::array<int, 4> members;
   };
-  struct FoldedEqual {
-    using is_transparent = void;
-    bool operator()(StringView a, StringView b) const noexcept { return equalsIgnoreCase(a, b); }
-  };
+
+  // The index into names_ of that name in any case, or -1; no upper-case copy is made.
+  int findName(StringView name) const;
+  void indexName(int name);
 
   String name_;
   Factory factory_;
   std::vector<MemberInfo> members_;
-  // Name -> index into members_ for each kind (-1 when absent).
-  std::unordered_map<String, std::array<int, 4>, FoldedHash, FoldedEqual> index_;
+  std::vector<Name> names_;
+  // Open addressing over names_: a power of two of slots, at least twice the number of names,
+  // each holding an index into names_ or -1.
+  std::vector<int> slots_;
 };
 
 }  // namespace ravelin
