@@ -1,10 +1,15 @@
+#include <array>
+#include <cstddef>
+#include <memory_resource>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
+#include <vector>
 
 namespace ravelin {
 namespace {
 
 constexpr int32_t kNamedArgumentNotFound = 448;
+constexpr std::size_t kBindingBufferBytes = 512;
 
 }  // namespace
 
@@ -18,8 +23,12 @@ Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
 
 Variant callMember(Object& object, const MemberInfo& member, std::span<CallArgument> arguments) {
   const auto& parameters = member.parameters;
-  std::vector<Variant> values(parameters.size());
-  std::vector<CallArgument*> boundFrom(parameters.size(), nullptr);
+  // The bound values and where each came from, in a buffer on the stack that holds what the
+  // few parameters of most members need (more spills to the heap).
+  std::array<std::byte, kBindingBufferBytes> buffer;
+  std::pmr::monotonic_buffer_resource arena(buffer.data(), buffer.size());
+  std::pmr::vector<Variant> values(parameters.size(), Variant(), &arena);
+  std::pmr::vector<CallArgument*> boundFrom(parameters.size(), nullptr, &arena);
 
   std::size_t position = 0;
   for (auto& argument : arguments) {
