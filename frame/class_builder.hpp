@@ -40,15 +40,26 @@ struct AutomationType;
     static constexpr VarType kType = VarType::Tag;                       \
     static CppType from(const Variant& value) { return Convert(value); } \
   }
-RAVELIN_AUTOMATION_TYPE(int16_t, Integer, CInt);
-RAVELIN_AUTOMATION_TYPE(int32_t, Long, CLng);
-RAVELIN_AUTOMATION_TYPE(uint8_t, Byte, CByte);
-RAVELIN_AUTOMATION_TYPE(bool, Boolean, CBool);
+// For these types the conversion of a value that already has the type is the value itself, so
+// such a value skips the conversion's general path.
+#define RAVELIN_AUTOMATION_TYPE_AS_IS(CppType, Tag, Convert)                           \
+  template <>                                                                          \
+  struct AutomationType<CppType> {                                                     \
+    static constexpr VarType kType = VarType::Tag;                                     \
+    static CppType from(const Variant& value) {                                        \
+      return value.type() == VarType::Tag ? CppType(value.as##Tag()) : Convert(value); \
+    }                                                                                  \
+  }
+RAVELIN_AUTOMATION_TYPE_AS_IS(int16_t, Integer, CInt);
+RAVELIN_AUTOMATION_TYPE_AS_IS(int32_t, Long, CLng);
+RAVELIN_AUTOMATION_TYPE_AS_IS(uint8_t, Byte, CByte);
+RAVELIN_AUTOMATION_TYPE_AS_IS(bool, Boolean, CBool);
 RAVELIN_AUTOMATION_TYPE(float, Single, CSng);
-RAVELIN_AUTOMATION_TYPE(double, Double, CDbl);
+RAVELIN_AUTOMATION_TYPE_AS_IS(double, Double, CDbl);
 RAVELIN_AUTOMATION_TYPE(Currency, Currency, CCur);
 RAVELIN_AUTOMATION_TYPE(Date, Date, CDate);
-RAVELIN_AUTOMATION_TYPE(String, String, CStr);
+RAVELIN_AUTOMATION_TYPE_AS_IS(String, String, CStr);
+#undef RAVELIN_AUTOMATION_TYPE_AS_IS
 #undef RAVELIN_AUTOMATION_TYPE
 
 template <>
