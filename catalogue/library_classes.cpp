@@ -1,23 +1,36 @@
-// The catalogue of the library's public classes and enumerations: what can be created and
-// called by name.
+#include <ravelin/catalogue/library_classes.hpp>
+#include <ravelin/containers/cls_array_any_object.hpp>
 #include <ravelin/containers/cls_array_boolean.hpp>
 #include <ravelin/containers/cls_array_double.hpp>
 #include <ravelin/containers/cls_array_integer.hpp>
 #include <ravelin/containers/cls_array_long.hpp>
+#include <ravelin/containers/cls_array_object.hpp>
+#include <ravelin/containers/cls_array_object2.hpp>
 #include <ravelin/containers/cls_array_single.hpp>
 #include <ravelin/containers/cls_array_string.hpp>
-#include <ravelin/containers/internal/container_catalogue.hpp>
-#include <ravelin/frame/class_registry.hpp>
+#include <ravelin/containers/cls_array_string2.hpp>
+#include <ravelin/containers/cls_array_string_long.hpp>
+#include <ravelin/containers/cls_array_string_object.hpp>
+#include <ravelin/containers/cls_array_vari_object.hpp>
+#include <ravelin/containers/cls_collection.hpp>
+#include <ravelin/containers/cls_collection_access_key.hpp>
+#include <ravelin/containers/cls_collection_objects.hpp>
+#include <ravelin/containers/cls_data_column.hpp>
+#include <ravelin/containers/cls_larray_double.hpp>
+#include <ravelin/containers/cls_larray_double2.hpp>
+#include <ravelin/containers/cls_larray_long_object.hpp>
+#include <ravelin/containers/cls_larray_object.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/sql_data_types.hpp>
 #include <ravelin/numeric/date_functions.hpp>
 #include <ravelin/numeric/math_functions.hpp>
 #include <ravelin/text/string_functions.hpp>
 
 namespace ravelin {
 
-const ClassRegistry& ClassRegistry::library() {
+const ClassRegistry& libraryRegistry() {
   static const ClassRegistry registry = [] {
     ClassRegistry built;
     registerLibraryClasses(built);
@@ -27,48 +40,39 @@ const ClassRegistry& ClassRegistry::library() {
 }
 
 void registerLibraryClasses(ClassRegistry& registry) {
-  registry.addClass(clsError::describe());
-  registry.addClass(describeCopyInterface());
-  registry.addClass(clsArrayBoolean::describe());
-  registry.addClass(clsArrayDouble::describe());
-  registry.addClass(clsArrayInteger::describe());
-  registry.addClass(clsArrayLong::describe());
-  registry.addClass(clsArraySingle::describe());
-  registry.addClass(clsArrayString::describe());
-  registry.addClass(DateFunctions::describe());
-  registry.addClass(MathFunctions::describe());
-  registry.addClass(StringFunctions::describe());
-  registerPairArrays(registry);
-  registerObjectArrays(registry);
-  registerCollections(registry);
-
-  registry.addEnum(
-      EnumInfo{u"enumCommonCode_ErrorCodes",
-               {
-                   {u"CCEC_InvalidIndex", CCEC_InvalidIndex},
-                   {u"CCEC_UnableToGetUniqueIdentifier", CCEC_UnableToGetUniqueIdentifier},
-                   {u"CCEC_UnableToUpdateUniqueIdentifier", CCEC_UnableToUpdateUniqueIdentifier},
-                   {u"CCEC_ItemNotFound", CCEC_ItemNotFound},
-                   {u"CCEC_InvalidId", CCEC_InvalidId},
-                   {u"CCEC_FeatureNotImplemented", CCEC_FeatureNotImplemented},
-                   {u"CCEC_InvalidParameter", CCEC_InvalidParameter},
-                   {u"CCEC_FailedParametersParsing", CCEC_FailedParametersParsing},
-               }});
-  registry.addEnum(EnumInfo{u"RoundingTypes",
-                            {
-                                {u"ArithmeticalAssimetric", ArithmeticalAssimetric},
-                                {u"ArithmeticalSimetric", ArithmeticalSimetric},
-                            }});
-  registry.addEnum(EnumInfo{u"VarDataType",
-                            {
-                                {u"vtTenDigit", vtTenDigit},
-                                {u"vtThirteenDigit", vtThirteenDigit},
-                                {u"vtTDBNumber", vtTDBNumber},
-                                {u"vtInteger", vtInteger},
-                                {u"vtLong", vtLong},
-                                {u"vtDouble", vtDouble},
-                                {u"vtOperation", vtOperation},
-                            }});
+  // frame
+  registry.add<clsError>();
+  registry.add<IObject>();
+  registry.add<enumCommonCode_ErrorCodes>();
+  registry.add<enumDataTypesSql>();
+  // containers
+  registry.add<clsArrayBoolean>();
+  registry.add<clsArrayDouble>();
+  registry.add<clsArrayInteger>();
+  registry.add<clsArrayLong>();
+  registry.add<clsArraySingle>();
+  registry.add<clsArrayString>();
+  registry.add<clsArrayString2>();
+  registry.add<clsArrayStringLong>();
+  registry.add<clsArrayStringObject>();
+  registry.add<clsArrayVariObject>();
+  registry.add<clsLArrayObject>();
+  registry.add<clsLArrayDouble>();
+  registry.add<clsLArrayDouble2>();
+  registry.add<clsLArrayLongObject>();
+  registry.add<clsArrayObject>();
+  registry.add<clsArrayAnyObject>();
+  registry.add<clsArrayObject2>();
+  registry.add<clsCollection>();
+  registry.add<clsCollectionAccessKey>();
+  registry.add<clsCollectionObjects>();
+  registry.add<clsDataColumn>();
+  // text and numeric
+  registry.add<StringFunctions>();
+  registry.add<DateFunctions>();
+  registry.add<MathFunctions>();
+  registry.add<RoundingTypes>();
+  registry.add<VarDataType>();
 }
 
 }  // namespace ravelin

@@ -15,7 +15,8 @@ void clsArrayAnyObject::setItem(int16_t viIndex, ObjectRef voValue) {
 }
 
 ClassInfo clsArrayAnyObject::describe() {
-  ClassBuilder<clsArrayAnyObject> builder(kClassName);
+  ClassBuilder<clsArrayAnyObject, Base> builder(
+      kClassName, [](clsArrayAnyObject& self) -> Base& { return self; });
   return publishCopyInterface(builder)
       .method(u"add", &clsArrayAnyObject::add, {u"voValue"})
       .method(u"setArraySizeWithEmptyValues", &clsArrayAnyObject::setArraySizeWithEmptyValues,

@@ -11,28 +11,24 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
 class clsArrayAnyObject
-    : public IgnoringCopyObject,
+    : public PublicClass<clsArrayAnyObject, IgnoringCopyObject>,
       private detail::SlotArray<ObjectRef, int16_t, detail::FreedSlots::Cleared> {
   using Base = detail::SlotArray<ObjectRef, int16_t, detail::FreedSlots::Cleared>;
-
-  friend class ClassBuilder<clsArrayAnyObject>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayAnyObject";
 
   // An empty array with 20 slots that grows two slots at a time.
-  clsArrayAnyObject() : IgnoringCopyObject(kClassName), Base(20, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsArrayAnyObject() : PublicClass(kClassName), Base(20, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -34,8 +34,9 @@ String clsArrayBoolean::getItemsAsList() const {
 }
 
 ClassInfo clsArrayBoolean::describe() {
-  ClassBuilder<clsArrayBoolean> builder(kClassName);
-  publishAllocateSpacePublic<clsArrayBoolean, int16_t>(builder, u"viSize");
+  ClassBuilder<clsArrayBoolean, Base> builder(kClassName,
+                                              [](clsArrayBoolean& self) -> Base& { return self; });
+  publishAllocateSpacePublic<int16_t>(builder, u"viSize");
   return builder.method(u"add", &clsArrayBoolean::add, {u"vbValue"})
       .method(u"setArraySizeWithEmptyValues", &clsArrayBoolean::setArraySizeWithEmptyValues,
               {u"viCount"})

@@ -3,25 +3,22 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/value_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsArrayBoolean : public Object, private detail::ValueArray<bool, 2, 1> {
+class clsArrayBoolean : public PublicClass<clsArrayBoolean>,
+                        private detail::ValueArray<bool, 2, 1> {
   using Base = detail::ValueArray<bool, 2, 1>;
-
-  friend class ClassBuilder<clsArrayBoolean>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayBoolean";
 
   // An empty array with 2 slots that grows one slot at a time.
   clsArrayBoolean() : Base(kClassName) {}
-
-  StringView className() const override { return kClassName; }
 
   // The member table late-bound callers see.
   static ClassInfo describe();

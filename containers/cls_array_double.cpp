@@ -15,9 +15,11 @@ String clsArrayDouble::getItemsAsList() const {
 }
 
 ClassInfo clsArrayDouble::describe() {
-  return ClassBuilder<clsArrayDouble>(kClassName)
+  return ClassBuilder<clsArrayDouble, Base>(kClassName,
+                                            [](clsArrayDouble& self) -> Base& { return self; })
       .method(u"add", &clsArrayDouble::add, {u"vdblValue"})
-      .method(u"setArraySizeWithEmptyValues", &clsArrayDouble::setArraySizeWithEmptyValues, {u"viCount"})
+      .method(u"setArraySizeWithEmptyValues", &clsArrayDouble::setArraySizeWithEmptyValues,
+              {u"viCount"})
       .get(u"item", &clsArrayDouble::item, {u"viIndex"})
       .let(u"item", &clsArrayDouble::letItem, {u"viIndex", u"vdblValue"})
       .method(u"getCount", &clsArrayDouble::getCount)

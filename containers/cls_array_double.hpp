@@ -2,25 +2,22 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/value_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsArrayDouble : public Object, private detail::ValueArray<double, 2, 1> {
+class clsArrayDouble : public PublicClass<clsArrayDouble>,
+                       private detail::ValueArray<double, 2, 1> {
   using Base = detail::ValueArray<double, 2, 1>;
-
-  friend class ClassBuilder<clsArrayDouble>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayDouble";
 
   // An empty array with 2 slots that grows one slot at a time.
   clsArrayDouble() : Base(kClassName) {}
-
-  StringView className() const override { return kClassName; }
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -16,7 +16,8 @@ void clsArrayInteger::orderValuesAsc() {
 }
 
 ClassInfo clsArrayInteger::describe() {
-  return ClassBuilder<clsArrayInteger>(kClassName)
+  return ClassBuilder<clsArrayInteger, Base>(kClassName,
+                                             [](clsArrayInteger& self) -> Base& { return self; })
       .method(u"add", &clsArrayInteger::add, {u"viValue"})
       .method(u"setArraySizeWithEmptyValues", &clsArrayInteger::setArraySizeWithEmptyValues,
               {u"viCount"})

@@ -10,9 +10,11 @@ String clsArrayLong::getItemsAsList() const {
 }
 
 ClassInfo clsArrayLong::describe() {
-  return ClassBuilder<clsArrayLong>(kClassName)
+  return ClassBuilder<clsArrayLong, Base>(kClassName,
+                                          [](clsArrayLong& self) -> Base& { return self; })
       .method(u"add", &clsArrayLong::add, {u"vlValue"})
-      .method(u"setArraySizeWithEmptyValues", &clsArrayLong::setArraySizeWithEmptyValues, {u"viCount"})
+      .method(u"setArraySizeWithEmptyValues", &clsArrayLong::setArraySizeWithEmptyValues,
+              {u"viCount"})
       .get(u"item", &clsArrayLong::item, {u"viIndex"})
       .let(u"item", &clsArrayLong::letItem, {u"viIndex", u"vlValue"})
       .method(u"getCount", &clsArrayLong::getCount)

@@ -2,25 +2,21 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/value_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsArrayLong : public Object, private detail::ValueArray<int32_t, 2, 1> {
+class clsArrayLong : public PublicClass<clsArrayLong>, private detail::ValueArray<int32_t, 2, 1> {
   using Base = detail::ValueArray<int32_t, 2, 1>;
-
-  friend class ClassBuilder<clsArrayLong>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayLong";
 
   // An empty array with 2 slots that grows one slot at a time.
   clsArrayLong() : Base(kClassName) {}
-
-  StringView className() const override { return kClassName; }
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -16,9 +16,10 @@ void clsArrayObject::setItem(int16_t viIndex, IObjectRef voValue) {
 }
 
 ClassInfo clsArrayObject::describe() {
-  ClassBuilder<clsArrayObject> builder(kClassName);
+  ClassBuilder<clsArrayObject, Base> builder(kClassName,
+                                             [](clsArrayObject& self) -> Base& { return self; });
   publishCopyInterface(builder);
-  publishAllocateSpacePublic<clsArrayObject, int16_t>(builder, u"viSize");
+  publishAllocateSpacePublic<int16_t>(builder, u"viSize");
   return builder.method(u"add", &clsArrayObject::add, {u"voValue"})
       .method(u"setArraySizeWithEmptyValues", &clsArrayObject::setArraySizeWithEmptyValues,
               {u"viCount"})

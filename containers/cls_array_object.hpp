@@ -11,18 +11,17 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsArrayObject : public IgnoringCopyObject,
+class clsArrayObject : public PublicClass<clsArrayObject, IgnoringCopyObject>,
                        private detail::SlotArray<IObjectRef, int16_t, detail::FreedSlots::Cleared> {
   using Base = detail::SlotArray<IObjectRef, int16_t, detail::FreedSlots::Cleared>;
-
-  friend class ClassBuilder<clsArrayObject>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayObject";
@@ -30,9 +29,7 @@ class clsArrayObject : public IgnoringCopyObject,
   static constexpr StringView kClassId = u"clsObjectArray";
 
   // An empty array with 20 slots that grows two slots at a time.
-  clsArrayObject() : IgnoringCopyObject(kClassId), Base(20, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsArrayObject() : PublicClass(kClassId), Base(20, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -25,7 +25,8 @@ void clsArrayObject2::setItem1(ObjectRef voValue, int16_t viIndex) {
 }
 
 ClassInfo clsArrayObject2::describe() {
-  ClassBuilder<clsArrayObject2> builder(kClassName);
+  ClassBuilder<clsArrayObject2, Base> builder(kClassName,
+                                              [](clsArrayObject2& self) -> Base& { return self; });
   return publishCopyInterface(builder)
       .method(u"add", &clsArrayObject2::add, {u"voItem0", u"voItem1"})
       .method(u"setArraySizeWithEmptyValues", &clsArrayObject2::setArraySizeWithEmptyValues,

@@ -12,11 +12,11 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
@@ -29,19 +29,15 @@ struct ObjectPair {
 }  // namespace detail
 
 class clsArrayObject2
-    : public UnsupportedCopyObject,
+    : public PublicClass<clsArrayObject2, UnsupportedCopyObject>,
       private detail::SlotArray<detail::ObjectPair, int16_t, detail::FreedSlots::Cleared> {
   using Base = detail::SlotArray<detail::ObjectPair, int16_t, detail::FreedSlots::Cleared>;
-
-  friend class ClassBuilder<clsArrayObject2>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayObject2";
 
   // An empty array with 20 slots that grows two slots at a time.
-  clsArrayObject2() : UnsupportedCopyObject(kClassName), Base(20, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsArrayObject2() : PublicClass(kClassName), Base(20, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -18,7 +18,8 @@ void clsArraySingle::letItem(int16_t viIndex, float value) {
 }
 
 ClassInfo clsArraySingle::describe() {
-  return ClassBuilder<clsArraySingle>(kClassName)
+  return ClassBuilder<clsArraySingle, Base>(kClassName,
+                                            [](clsArraySingle& self) -> Base& { return self; })
       .method(u"add", &clsArraySingle::add, {u"vsngValue"})
       .method(u"setArraySizeWithEmptyValues", &clsArraySingle::setArraySizeWithEmptyValues,
               {u"viCount"})

@@ -3,25 +3,21 @@
 // index one past the last element (the spare slot), as its callers rely on.
 #pragma once
 
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/value_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsArraySingle : public Object, private detail::ValueArray<float, 2, 1> {
+class clsArraySingle : public PublicClass<clsArraySingle>, private detail::ValueArray<float, 2, 1> {
   using Base = detail::ValueArray<float, 2, 1>;
-
-  friend class ClassBuilder<clsArraySingle>;
 
  public:
   static constexpr StringView kClassName = u"clsArraySingle";
 
   // An empty array with 2 slots that grows one slot at a time.
   clsArraySingle() : Base(kClassName) {}
-
-  StringView className() const override { return kClassName; }
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -34,7 +34,8 @@ String clsArrayString::getItemsAsList(StringView vsDelimiterChar) const {
 }
 
 ClassInfo clsArrayString::describe() {
-  ClassBuilder<clsArrayString> builder(kClassName);
+  ClassBuilder<clsArrayString, Base> builder(kClassName,
+                                             [](clsArrayString& self) -> Base& { return self; });
   return publishCopyInterface(builder)
       .method(u"add", &clsArrayString::add, {u"vsValue"})
       .method(u"setArraySizeWithEmptyValues", &clsArrayString::setArraySizeWithEmptyValues,

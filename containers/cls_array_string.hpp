@@ -3,27 +3,25 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/value_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <utility>
 
 namespace ravelin {
 
-class clsArrayString : public IgnoringCopyObject, private detail::ValueArray<String, 4, 2> {
+class clsArrayString : public PublicClass<clsArrayString, IgnoringCopyObject>,
+                       private detail::ValueArray<String, 4, 2> {
   using Base = detail::ValueArray<String, 4, 2>;
-
-  friend class ClassBuilder<clsArrayString>;
 
  public:
   static constexpr StringView kClassName = u"clsArrayString";
 
   // An empty array with 4 slots that grows two slots at a time.
-  clsArrayString() : IgnoringCopyObject(kClassName), Base(kClassName) {}
-
-  StringView className() const override { return kClassName; }
+  clsArrayString() : PublicClass(kClassName), Base(kClassName) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -12,21 +12,20 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsArrayString2 : public IgnoringCopyObject {
+class clsArrayString2 : public PublicClass<clsArrayString2, IgnoringCopyObject> {
  public:
   static constexpr StringView kClassName = u"clsArrayString2";
 
   // An empty array with 2 slots that grows two slots at a time.
-  clsArrayString2() : IgnoringCopyObject(kClassName), rows_(2, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsArrayString2() : PublicClass(kClassName), rows_(2, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

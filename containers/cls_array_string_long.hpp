@@ -10,22 +10,21 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/frame/records.hpp>
-#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 
-class clsArrayStringLong : public IgnoringCopyObject {
+class clsArrayStringLong : public PublicClass<clsArrayStringLong, IgnoringCopyObject> {
  public:
   static constexpr StringView kClassName = u"clsArrayStringLong";
 
   // An empty array with 2 slots that grows two slots at a time.
-  clsArrayStringLong() : IgnoringCopyObject(kClassName), rows_(2, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsArrayStringLong() : PublicClass(kClassName), rows_(2, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -71,7 +71,7 @@ bool clsArrayStringObject::removeWithKey(StringView vsKey, bool vbIgnoreNotFound
 ClassInfo clsArrayStringObject::describe() {
   using Self = clsArrayStringObject;
   ClassBuilder<Self> builder(kClassName);
-  publishAllocateSpacePublic<clsArrayStringObject, int32_t>(builder, u"vlSize");
+  publishAllocateSpacePublic<int32_t>(builder, u"vlSize");
   return builder.method(u"add", &Self::add, {u"vsKey", u"voValue"})
       .get(u"item", &Self::item, {u"vlIndex"})
       .set(u"item", &Self::setItem, {u"vlIndex", u"voValue"})

@@ -20,15 +20,15 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <utility>
 
 namespace ravelin {
 
-class clsArrayStringObject : public Object {
+class clsArrayStringObject : public PublicClass<clsArrayStringObject> {
  public:
   static constexpr StringView kClassName = u"clsArrayStringObject";
   // The class text of its error messages.
@@ -36,8 +36,6 @@ class clsArrayStringObject : public Object {
 
   // An empty array with 500 slots that grows two slots at a time.
   clsArrayStringObject() : rows_(500, 2) {}
-
-  StringView className() const override { return kClassName; }
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -14,21 +14,19 @@
 #include <cstdint>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
 #include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/frame/records.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin {
 
-class clsArrayVariObject : public UnsupportedCopyObject {
+class clsArrayVariObject : public PublicClass<clsArrayVariObject, UnsupportedCopyObject> {
  public:
   static constexpr StringView kClassName = u"clsArrayVariObject";
 
   // An empty array with 2 slots that grows two slots at a time.
-  clsArrayVariObject() : UnsupportedCopyObject(kClassName), rows_(2, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsArrayVariObject() : PublicClass(kClassName), rows_(2, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -7,14 +7,12 @@ namespace ravelin {
 namespace {
 
 // A snapshot of a collection's items that For Each walks.
-class ItemEnumerator : public Object {
+class ItemEnumerator : public PublicClass<ItemEnumerator> {
  public:
+  // It has no members of its own and no name of its own.
+  static constexpr StringView kClassName = u"Object";
+
   explicit ItemEnumerator(std::vector<Variant> items) : items_(std::move(items)) {}
-  StringView className() const override { return u"Object"; }
-  const ClassInfo* memberTable() const override {
-    static const ClassInfo table(u"Object", ClassInfo::Factory());
-    return &table;
-  }
   bool enumerate(std::vector<Variant>& items) const override {
     items = items_;
     return true;

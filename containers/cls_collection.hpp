@@ -12,17 +12,17 @@
 #include <ravelin/containers/detail/collection_rules.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <vector>
 
 namespace ravelin {
 
-class clsCollection : public IgnoringCopyObject, public detail::CollectionRules {
+class clsCollection : public PublicClass<clsCollection, IgnoringCopyObject>,
+                      public detail::CollectionRules {
  public:
   static constexpr StringView kClassName = u"clsCollection";
 
-  clsCollection() : IgnoringCopyObject(kClassName) {}
-
-  StringView className() const override { return kClassName; }
+  clsCollection() : PublicClass(kClassName) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -15,17 +15,17 @@
 #include <ravelin/containers/detail/collection_rules.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsCollectionAccessKey : public IgnoringCopyObject, public detail::CollectionRules {
+class clsCollectionAccessKey : public PublicClass<clsCollectionAccessKey, IgnoringCopyObject>,
+                               public detail::CollectionRules {
  public:
   static constexpr StringView kClassName = u"clsCollectionAccessKey";
   static constexpr StringView kClassId = u"clsCollection";
 
-  clsCollectionAccessKey() : IgnoringCopyObject(kClassId) {}
-
-  StringView className() const override { return kClassName; }
+  clsCollectionAccessKey() : PublicClass(kClassId) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -7,16 +7,16 @@
 #include <ravelin/containers/detail/collection_rules.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsCollectionObjects : public IgnoringCopyObject, public detail::CollectionRules {
+class clsCollectionObjects : public PublicClass<clsCollectionObjects, IgnoringCopyObject>,
+                             public detail::CollectionRules {
  public:
   static constexpr StringView kClassName = u"clsCollectionObjects";
 
-  clsCollectionObjects() : IgnoringCopyObject(kClassName) {}
-
-  StringView className() const override { return kClassName; }
+  clsCollectionObjects() : PublicClass(kClassName) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

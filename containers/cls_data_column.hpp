@@ -4,20 +4,19 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/frame/sql_data_types.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
+#include <ravelin/frame/public_class.hpp>
+#include <ravelin/frame/sql_data_types.hpp>
 
 namespace ravelin {
 
-class clsDataColumn : public IObject {
+class clsDataColumn : public PublicClass<clsDataColumn, IObject> {
  public:
   static constexpr StringView kClassName = u"clsDataColumn";
 
   // A column of data type DTS_Text with compatible type 0 and empty texts.
   clsDataColumn() = default;
-
-  StringView className() const override { return kClassName; }
 
   // The member table late-bound callers see.
   static ClassInfo describe();

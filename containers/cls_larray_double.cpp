@@ -15,9 +15,10 @@ void clsLArrayDouble::letItem(int32_t vlIndex, double vdValue) {
 }
 
 ClassInfo clsLArrayDouble::describe() {
-  ClassBuilder<clsLArrayDouble> builder(kClassName);
+  ClassBuilder<clsLArrayDouble, Base> builder(kClassName,
+                                              [](clsLArrayDouble& self) -> Base& { return self; });
   publishCopyInterface(builder);
-  publishAllocateSpacePublic<clsLArrayDouble, int32_t>(builder, u"vlSize");
+  publishAllocateSpacePublic<int32_t>(builder, u"vlSize");
   return builder.method(u"add", &clsLArrayDouble::add, {u"vdValue"})
       .get(u"item", &clsLArrayDouble::item, {u"vlIndex"})
       .let(u"item", &clsLArrayDouble::letItem, {u"vlIndex", u"vdValue"})

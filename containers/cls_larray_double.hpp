@@ -8,26 +8,23 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsLArrayDouble : public RefusingCopyObject,
+class clsLArrayDouble : public PublicClass<clsLArrayDouble, RefusingCopyObject>,
                         private detail::SlotArray<double, int32_t, detail::FreedSlots::Kept> {
   using Base = detail::SlotArray<double, int32_t, detail::FreedSlots::Kept>;
-
-  friend class ClassBuilder<clsLArrayDouble>;
 
  public:
   static constexpr StringView kClassName = u"clsLArrayDouble";
 
   // An empty array with 10 slots that grows two slots at a time.
-  clsLArrayDouble() : RefusingCopyObject(kClassName), Base(10, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsLArrayDouble() : PublicClass(kClassName), Base(10, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -52,9 +52,10 @@ void clsLArrayDouble2::orderValues(int32_t vlOptions) {
 }
 
 ClassInfo clsLArrayDouble2::describe() {
-  ClassBuilder<clsLArrayDouble2> builder(kClassName);
+  ClassBuilder<clsLArrayDouble2, Base> builder(
+      kClassName, [](clsLArrayDouble2& self) -> Base& { return self; });
   publishCopyInterface(builder);
-  publishAllocateSpacePublic<clsLArrayDouble2, int32_t>(builder, u"vlSize");
+  publishAllocateSpacePublic<int32_t>(builder, u"vlSize");
   return builder.method(u"add", &clsLArrayDouble2::add, {u"vdValue1", u"vdValue2"})
       .get(u"Item1", &clsLArrayDouble2::Item1, {u"vlIndex"})
       .let(u"Item1", &clsLArrayDouble2::letItem1, {u"vlIndex", u"vdValue"})

@@ -17,10 +17,11 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
@@ -33,19 +34,15 @@ struct DoublePair {
 }  // namespace detail
 
 class clsLArrayDouble2
-    : public RefusingCopyObject,
+    : public PublicClass<clsLArrayDouble2, RefusingCopyObject>,
       private detail::SlotArray<detail::DoublePair, int32_t, detail::FreedSlots::Kept> {
   using Base = detail::SlotArray<detail::DoublePair, int32_t, detail::FreedSlots::Kept>;
-
-  friend class ClassBuilder<clsLArrayDouble2>;
 
  public:
   static constexpr StringView kClassName = u"clsLArrayDouble2";
 
   // An empty array with 500 slots that grows two slots at a time.
-  clsLArrayDouble2() : RefusingCopyObject(kClassName), Base(500, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsLArrayDouble2() : PublicClass(kClassName), Base(500, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

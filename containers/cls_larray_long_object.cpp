@@ -68,9 +68,10 @@ bool clsLArrayLongObject::removeWithKey(int32_t vlKey, bool vbIgnoreNotFoundErro
 }
 
 ClassInfo clsLArrayLongObject::describe() {
-  ClassBuilder<clsLArrayLongObject> builder(kClassName);
+  ClassBuilder<clsLArrayLongObject, Base> builder(
+      kClassName, [](clsLArrayLongObject& self) -> Base& { return self; });
   publishCopyInterface(builder);
-  publishAllocateSpacePublic<clsLArrayLongObject, int32_t>(builder, u"vlSize");
+  publishAllocateSpacePublic<int32_t>(builder, u"vlSize");
   return builder.method(u"add", &clsLArrayLongObject::add, {u"vlKey", u"voValue"})
       .method(u"addSortAscByKey", &clsLArrayLongObject::addSortAscByKey, {u"vlKey", u"voValue"})
       .get(u"item", &clsLArrayLongObject::item, {u"vlIndex"})

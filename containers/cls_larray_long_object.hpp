@@ -20,11 +20,11 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
@@ -37,19 +37,15 @@ struct KeyedObject {
 }  // namespace detail
 
 class clsLArrayLongObject
-    : public RefusingCopyObject,
+    : public PublicClass<clsLArrayLongObject, RefusingCopyObject>,
       private detail::SlotArray<detail::KeyedObject, int32_t, detail::FreedSlots::Kept> {
   using Base = detail::SlotArray<detail::KeyedObject, int32_t, detail::FreedSlots::Kept>;
-
-  friend class ClassBuilder<clsLArrayLongObject>;
 
  public:
   static constexpr StringView kClassName = u"clsLArrayLongObject";
 
   // An empty array with 500 slots that grows two slots at a time.
-  clsLArrayLongObject() : RefusingCopyObject(kClassName), Base(500, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsLArrayLongObject() : PublicClass(kClassName), Base(500, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -28,9 +28,10 @@ void clsLArrayObject::setItem(int32_t vlIndex, ObjectRef voValue) {
 }
 
 ClassInfo clsLArrayObject::describe() {
-  ClassBuilder<clsLArrayObject> builder(kClassName);
+  ClassBuilder<clsLArrayObject, Base> builder(kClassName,
+                                              [](clsLArrayObject& self) -> Base& { return self; });
   publishCopyInterface(builder);
-  publishAllocateSpacePublic<clsLArrayObject, int32_t>(builder, u"vlSize");
+  publishAllocateSpacePublic<int32_t>(builder, u"vlSize");
   return builder.method(u"add", &clsLArrayObject::add, {u"voValue"})
       .get(u"item", &clsLArrayObject::item, {u"vlIndex"})
       .set(u"item", &clsLArrayObject::setItem, {u"vlIndex", u"voValue"})

@@ -8,27 +8,23 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/containers/detail/slot_array.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
 #include <ravelin/frame/object_copy.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsLArrayObject : public RefusingCopyObject,
+class clsLArrayObject : public PublicClass<clsLArrayObject, RefusingCopyObject>,
                         private detail::SlotArray<ObjectRef, int32_t, detail::FreedSlots::Kept> {
   using Base = detail::SlotArray<ObjectRef, int32_t, detail::FreedSlots::Kept>;
-
-  friend class ClassBuilder<clsLArrayObject>;
 
  public:
   static constexpr StringView kClassName = u"clsLArrayObject";
 
   // An empty array with 500 slots that grows two slots at a time.
-  clsLArrayObject() : RefusingCopyObject(kClassName), Base(500, 2) {}
-
-  StringView className() const override { return kClassName; }
+  clsLArrayObject() : PublicClass(kClassName), Base(500, 2) {}
 
   // The member table late-bound callers see.
   static ClassInfo describe();

@@ -1,13 +1,20 @@
 // Declares a class's member table next to the class, from its typed C++ members: parameter and
 // result types are read off the member functions, so the table and the code cannot drift.
 //
-//   ClassInfo info = ClassBuilder<clsArrayLong>(u"clsArrayLong")
-//       .method(u"add", &clsArrayLong::add, {u"vlValue"})
-//       .get(u"item", &clsArrayLong::item, {u"viIndex"})
-//       .build();
+//   ClassInfo clsError::describe() {
+//     return ClassBuilder<clsError>(kClassName)
+//         .method(u"init", &clsError::init, {u"vlCode", u"vsSource", u"vsDescription"})
+//         .get(u"CompleteErrorDescription", &clsError::CompleteErrorDescription)
+//         .build();
+//   }
 //
 // A non-const reference parameter (int16_t&) is published by reference; `optional(name, value)`
 // marks an optional parameter with its default.
+//
+// Members a class takes over from a private base (`using Base::add;`) are called on that base,
+// a conversion only the class's own code may write; describe() hands it to the builder:
+//
+//   ClassBuilder<clsArrayLong, Base>(kClassName, [](clsArrayLong& self) -> Base& { return self; })
 #pragma once
 
 #include <cstddef>
@@ -33,15 +40,26 @@ struct AutomationType;
     static constexpr VarType kType = VarType::Tag;                       \
     static CppType from(const Variant& value) { return Convert(value); } \
   }
-RAVELIN_AUTOMATION_TYPE(int16_t, Integer, CInt);
-RAVELIN_AUTOMATION_TYPE(int32_t, Long, CLng);
-RAVELIN_AUTOMATION_TYPE(uint8_t, Byte, CByte);
-RAVELIN_AUTOMATION_TYPE(bool, Boolean, CBool);
+// For these types the conversion of a value that already has the type is the value itself, so
+// such a value skips the conversion's general path.
+#define RAVELIN_AUTOMATION_TYPE_AS_IS(CppType, Tag, Convert)                           \
+  template <>                                                                          \
+  struct AutomationType<CppType> {                                                     \
+    static constexpr VarType kType = VarType::Tag;                                     \
+    static CppType from(const Variant& value) {                                        \
+      return value.type() == VarType::Tag ? CppType(value.as##Tag()) : Convert(value); \
+    }                                                                                  \
+  }
+RAVELIN_AUTOMATION_TYPE_AS_IS(int16_t, Integer, CInt);
+RAVELIN_AUTOMATION_TYPE_AS_IS(int32_t, Long, CLng);
+RAVELIN_AUTOMATION_TYPE_AS_IS(uint8_t, Byte, CByte);
+RAVELIN_AUTOMATION_TYPE_AS_IS(bool, Boolean, CBool);
 RAVELIN_AUTOMATION_TYPE(float, Single, CSng);
-RAVELIN_AUTOMATION_TYPE(double, Double, CDbl);
+RAVELIN_AUTOMATION_TYPE_AS_IS(double, Double, CDbl);
 RAVELIN_AUTOMATION_TYPE(Currency, Currency, CCur);
 RAVELIN_AUTOMATION_TYPE(Date, Date, CDate);
-RAVELIN_AUTOMATION_TYPE(String, String, CStr);
+RAVELIN_AUTOMATION_TYPE_AS_IS(String, String, CStr);
+#undef RAVELIN_AUTOMATION_TYPE_AS_IS
 #undef RAVELIN_AUTOMATION_TYPE
 
 template <>
@@ -156,13 +174,22 @@ struct LambdaSignature<R (L::*)(C&, A...) const> {
 
 }  // namespace detail
 
-template <typename C>
+// The second argument of a ClassBuilder whose class publishes no members of a private base.
+struct NoPrivateBase {};
+
+template <typename C, typename PrivateBase = NoPrivateBase>
 class ClassBuilder {
  public:
+  // The class's conversion of itself to its private base.
+  using Upcast = PrivateBase& (*)(C&);
+
   // A creatable class gets a factory that default-constructs it; a class that cannot be created
   // by name needs no default constructor.
-  explicit ClassBuilder(StringView name, bool creatable = true)
+  explicit ClassBuilder(StringView name,
+                        bool creatable = true) requires std::is_same_v<PrivateBase, NoPrivateBase>
       : info_(String(name), creatable ? makeFactory() : ClassInfo::Factory()) {}
+  ClassBuilder(StringView name, Upcast upcast) requires(!std::is_same_v<PrivateBase, NoPrivateBase>)
+      : info_(String(name), makeFactory()), upcast_(upcast) {}
 
   template <typename Fn>
   ClassBuilder& method(StringView name, Fn fn, std::initializer_list<Param> params = {}) {
@@ -199,13 +226,12 @@ class ClassBuilder {
       return (self.*fn)(std::forward<A>(a)...);
     });
   }
-  // A member the class takes over from a base (`using Base::add;`). A class with a private base
-  // befriends its builder so that the conversion is allowed here.
+  // A member the class takes over from a base (`using Base::add;`).
   template <typename B, typename R, typename... A>
   requires(std::is_base_of_v<B, C> && !std::is_same_v<B, C>) ClassBuilder& add(
       MemberKind kind, StringView name, R (B::*fn)(A...), std::initializer_list<Param> params) {
-    return addCall<R, A...>(kind, name, params, [fn](C& self, A... a) -> R {
-      return (static_cast<B&>(self).*fn)(std::forward<A>(a)...);
+    return addCall<R, A...>(kind, name, params, [fn, base = reach<B>()](C& self, A... a) -> R {
+      return (base(self).*fn)(std::forward<A>(a)...);
     });
   }
   template <typename B, typename R, typename... A>
@@ -213,10 +239,24 @@ class ClassBuilder {
            !std::is_same_v<B, C>) ClassBuilder& add(MemberKind kind, StringView name,
                                                     R (B::*fn)(A...) const,
                                                     std::initializer_list<Param> params) {
-    return addCall<R, A...>(kind, name, params, [fn](C& self, A... a) -> R {
-      return (static_cast<const B&>(self).*fn)(std::forward<A>(a)...);
+    return addCall<R, A...>(kind, name, params, [fn, base = reach<B>()](C& self, A... a) -> R {
+      return (base(self).*fn)(std::forward<A>(a)...);
     });
   }
+
+  // How a member of base B finds B in the object: a public base by conversion, the private base
+  // (or a public base of it) through the class's upcast.
+  template <typename B>
+  auto reach() const {
+    if constexpr (std::is_convertible_v<C*, B*>) {
+      return [](C& self) -> B& { return self; };
+    } else {
+      static_assert(std::is_base_of_v<B, PrivateBase>,
+                    "a member of a private base needs the class's upcast (ClassBuilder<C, Base>)");
+      return [upcast = upcast_](C& self) -> B& { return upcast(self); };
+    }
+  }
+
   // A lambda taking the object first: [](C& self, int16_t index) { ... }.
   template <typename L>
   ClassBuilder& add(MemberKind kind, StringView name, L lambda,
@@ -299,6 +339,7 @@ class ClassBuilder {
   }
 
   ClassInfo info_;
+  Upcast upcast_ = nullptr;
 };
 
 }  // namespace ravelin

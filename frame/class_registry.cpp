@@ -14,10 +14,7 @@ StringView withoutLibraryPrefix(StringView name) {
 }
 
 template <typename T>
-std::vector<const T*> sortedByName(const std::vector<std::unique_ptr<T>>& items, auto nameOf) {
-  std::vector<const T*> sorted;
-  for (const auto& item : items)
-    sorted.push_back(item.get());
+std::vector<const T*> sortedByName(std::vector<const T*> sorted, auto nameOf) {
   std::sort(sorted.begin(), sorted.end(),
             [&](const T* a, const T* b) { return toUpper(nameOf(*a)) < toUpper(nameOf(*b)); });
   return sorted;
@@ -25,38 +22,29 @@ std::vector<const T*> sortedByName(const std::vector<std::unique_ptr<T>>& items,
 
 }  // namespace
 
-void ClassRegistry::addClass(ClassInfo info) {
-  String key = toUpper(info.name());
-  auto found = classIndex_.find(key);
-  if (found != classIndex_.end()) {
-    *classes_[found->second] = std::move(info);
-    return;
+void ClassRegistry::addClass(const ClassInfo& info) {
+  auto [found, added] = classIndex_.try_emplace(toUpper(info.name()), classes_.size());
+  if (added) {
+    classes_.push_back(&info);
+  } else {
+    classes_[found->second] = &info;
   }
-  classIndex_.emplace(std::move(key), classes_.size());
-  classes_.push_back(std::make_unique<ClassInfo>(std::move(info)));
 }
 
-void ClassRegistry::addEnum(EnumInfo info) {
+void ClassRegistry::addEnum(const EnumInfo& info) {
   for (const auto& [name, value] : info.values)
     enumValues_[toUpper(name)] = value;
-  String key = toUpper(info.name);
-  auto found = enumIndex_.find(key);
-  if (found != enumIndex_.end()) {
-    *enums_[found->second] = std::move(info);
-    return;
+  auto [found, added] = enumIndex_.try_emplace(toUpper(info.name), enums_.size());
+  if (added) {
+    enums_.push_back(&info);
+  } else {
+    enums_[found->second] = &info;
   }
-  enumIndex_.emplace(std::move(key), enums_.size());
-  enums_.push_back(std::make_unique<EnumInfo>(std::move(info)));
 }
 
 const ClassInfo* ClassRegistry::findClass(StringView name) const {
   auto found = classIndex_.find(toUpper(withoutLibraryPrefix(name)));
-  return found == classIndex_.end() ? nullptr : classes_[found->second].get();
-}
-
-const ClassInfo* ClassRegistry::classOf(const Object& object) const {
-  auto found = classIndex_.find(toUpper(object.className()));
-  return found == classIndex_.end() ? nullptr : classes_[found->second].get();
+  return found == classIndex_.end() ? nullptr : classes_[found->second];
 }
 
 ObjectRef ClassRegistry::create(StringView name) const {
@@ -67,7 +55,7 @@ ObjectRef ClassRegistry::create(StringView name) const {
 
 const EnumInfo* ClassRegistry::findEnum(StringView name) const {
   auto found = enumIndex_.find(toUpper(name));
-  return found == enumIndex_.end() ? nullptr : enums_[found->second].get();
+  return found == enumIndex_.end() ? nullptr : enums_[found->second];
 }
 
 std::optional<int32_t> ClassRegistry::findEnumValue(StringView memberName) const {

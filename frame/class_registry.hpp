@@ -1,29 +1,42 @@
-// The registry of public classes and enumerations: creation by name and the member tables that
-// late-bound calls go through.
+// The registry of public classes and enumerations: creation by name, and the names a host offers
+// (listings, script constants). It holds the classes' own tables, not copies of them.
 #pragma once
 
-#include <memory>
 #include <optional>
+#include <ravelin/frame/enum_info.hpp>
+#include <ravelin/frame/member_table.hpp>
+#include <ravelin/frame/public_class.hpp>
+#include <type_traits>
 #include <unordered_map>
 #include <vector>
-
-#include <ravelin/frame/member_table.hpp>
 
 namespace ravelin {
 
 class ClassRegistry {
  public:
-  // The library's own registry with every public class and enumeration, built on first use.
-  static const ClassRegistry& library();
+  // Adds a class (from its describe()) or an enumeration (from its enumInfo):
+  // registry.add<clsArrayLong>(), registry.add<RoundingTypes>().
+  template <typename T>
+  void add() {
+    if constexpr (std::is_enum_v<T>) {
+      addEnum(enumInfo<T>());
+    } else {
+      static_assert(
+          requires { T::describe(); }, "a registered class describes its members");
+      addClass(classTableOf<T>());
+    }
+  }
 
-  // Adds a class; a later class of the same name replaces the earlier one.
-  void addClass(ClassInfo info);
-  void addEnum(EnumInfo info);
+  // Adds a class by its table, which must outlive the registry; a later class of the same name
+  // replaces the earlier one.
+  void addClass(const ClassInfo& info);
+  void addClass(ClassInfo&&) = delete;
+  // Adds an enumeration, which must outlive the registry.
+  void addEnum(const EnumInfo& info);
+  void addEnum(EnumInfo&&) = delete;
 
   // The class named "Ravelin.clsArrayLong" or "clsArrayLong" (any case); null if none.
   const ClassInfo* findClass(StringView name) const;
-  // The class of an object, by its class name; null for an object the registry does not know.
-  const ClassInfo* classOf(const Object& object) const;
   // A new object of the named class; raises 429 when the name is unknown or not creatable.
   ObjectRef create(StringView name) const;
 
@@ -36,8 +49,8 @@ class ClassRegistry {
   std::vector<const EnumInfo*> enums() const;
 
  private:
-  std::vector<std::unique_ptr<ClassInfo>> classes_;
-  std::vector<std::unique_ptr<EnumInfo>> enums_;
+  std::vector<const ClassInfo*> classes_;
+  std::vector<const EnumInfo*> enums_;
   std::unordered_map<String, std::size_t> classIndex_;  // upper-case name -> classes_
   std::unordered_map<String, std::size_t> enumIndex_;   // upper-case name -> enums_
   std::unordered_map<String, int32_t> enumValues_;      // upper-case member name -> value
@@ -45,9 +58,5 @@ class ClassRegistry {
 
 // The prefix of the library's class names when created by programmatic identifier.
 inline constexpr StringView kLibraryPrefix = u"Ravelin.";
-
-// Fills a registry with the library's public classes and enumerations (ClassRegistry::library
-// calls it once). Defined with the catalogue of classes in library_classes.cpp.
-void registerLibraryClasses(ClassRegistry& registry);
 
 }  // namespace ravelin

@@ -28,7 +28,7 @@ String clsError::CompleteErrorDescription() const {
 }
 
 ClassInfo clsError::describe() {
-  return ClassBuilder<clsError>(u"clsError")
+  return ClassBuilder<clsError>(kClassName)
       .method(u"init", &clsError::init, {u"vlCode", u"vsSource", u"vsDescription"})
       .get(u"CompleteErrorDescription", &clsError::CompleteErrorDescription)
       .method(u"getCode", &clsError::getCode)

@@ -3,17 +3,17 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
 #include <ravelin/base/text.hpp>
+#include <ravelin/frame/member_table.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class clsError : public Object {
+class clsError : public PublicClass<clsError> {
  public:
-  clsError() = default;
+  static constexpr StringView kClassName = u"clsError";
 
-  StringView className() const override { return u"clsError"; }
+  clsError() = default;
 
   // The member table late-bound callers see.
   static ClassInfo describe();

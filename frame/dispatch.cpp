@@ -1,26 +1,34 @@
+#include <array>
+#include <cstddef>
+#include <memory_resource>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
+#include <vector>
 
 namespace ravelin {
 namespace {
 
 constexpr int32_t kNamedArgumentNotFound = 448;
+constexpr std::size_t kBindingBufferBytes = 512;
 
 }  // namespace
 
 Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
-                   std::span<CallArgument> arguments, const ClassRegistry& registry) {
+                   std::span<CallArgument> arguments) {
   if (!object) raiseRuntimeError(vb_error::kObjectNotSet);
-  const ClassInfo* info = registry.classOf(*object);
-  const MemberInfo* member = info != nullptr ? info->find(name, kind) : nullptr;
+  const MemberInfo* member = object->classInfo().find(name, kind);
   if (member == nullptr) raiseRuntimeError(vb_error::kMemberNotSupported);
   return callMember(*object, *member, arguments);
 }
 
 Variant callMember(Object& object, const MemberInfo& member, std::span<CallArgument> arguments) {
   const auto& parameters = member.parameters;
-  std::vector<Variant> values(parameters.size());
-  std::vector<CallArgument*> boundFrom(parameters.size(), nullptr);
+  // The bound values and where each came from, in a buffer on the stack that holds what the
+  // few parameters of most members need (more spills to the heap).
+  std::array<std::byte, kBindingBufferBytes> buffer;
+  std::pmr::monotonic_buffer_resource arena(buffer.data(), buffer.size());
+  std::pmr::vector<Variant> values(parameters.size(), Variant(), &arena);
+  std::pmr::vector<CallArgument*> boundFrom(parameters.size(), nullptr, &arena);
 
   std::size_t position = 0;
   for (auto& argument : arguments) {

@@ -2,10 +2,9 @@
 // by-reference arguments, as an automation client calls through a dispatch interface.
 #pragma once
 
+#include <ravelin/frame/member_table.hpp>
 #include <span>
 #include <utility>
-
-#include <ravelin/frame/class_registry.hpp>
 
 namespace ravelin {
 
@@ -35,13 +34,12 @@ struct CallArgument {
   bool omitted = false;
 };
 
-// Calls member `name` of kind `kind` on `object` through the registry's member table.
+// Calls member `name` of kind `kind` on `object` through its class's member table.
 // Errors: 91 for Nothing, 438 for an unknown member, 450 for too many arguments, 448 for an
 // unknown named argument, 449 for a missing required one, and the conversion errors (13, 6, 94)
 // of an argument that does not fit its declared type.
 Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
-                   std::span<CallArgument> arguments,
-                   const ClassRegistry& registry = ClassRegistry::library());
+                   std::span<CallArgument> arguments);
 
 // Binds the arguments of a call to the member's parameters and calls it.
 Variant callMember(Object& object, const MemberInfo& member, std::span<CallArgument> arguments);

@@ -10,6 +10,23 @@ String decimalText(int64_t value) { return fromAscii(std::to_string(value)); }
 
 }  // namespace
 
+template <>
+const EnumInfo& enumInfo<enumCommonCode_ErrorCodes>() {
+  static const EnumInfo info{
+      u"enumCommonCode_ErrorCodes",
+      {
+          {u"CCEC_InvalidIndex", CCEC_InvalidIndex},
+          {u"CCEC_UnableToGetUniqueIdentifier", CCEC_UnableToGetUniqueIdentifier},
+          {u"CCEC_UnableToUpdateUniqueIdentifier", CCEC_UnableToUpdateUniqueIdentifier},
+          {u"CCEC_ItemNotFound", CCEC_ItemNotFound},
+          {u"CCEC_InvalidId", CCEC_InvalidId},
+          {u"CCEC_FeatureNotImplemented", CCEC_FeatureNotImplemented},
+          {u"CCEC_InvalidParameter", CCEC_InvalidParameter},
+          {u"CCEC_FailedParametersParsing", CCEC_FailedParametersParsing},
+      }};
+  return info;
+}
+
 AutomationError::AutomationError(int32_t number, String source, String description)
     : number_(number), source_(std::move(source)), description_(std::move(description)) {
   what_ = toUtf8(description_) + " (" + std::to_string(number_) + ") [" + toUtf8(source_) + "]";

@@ -4,9 +4,9 @@
 
 #include <cstdint>
 #include <exception>
-#include <string>
-
 #include <ravelin/base/text.hpp>
+#include <ravelin/frame/enum_info.hpp>
+#include <string>
 
 namespace ravelin {
 
@@ -42,6 +42,8 @@ enum enumCommonCode_ErrorCodes : int32_t {
   CCEC_InvalidParameter = static_cast<int32_t>(0x80040007u),
   CCEC_FailedParametersParsing = static_cast<int32_t>(0x80040008u),
 };
+template <>
+const EnumInfo& enumInfo<enumCommonCode_ErrorCodes>();
 
 // The reserved number of the dBASE reader's "invalid file format" error.
 inline constexpr int32_t kReservedInvalidFileFormat = static_cast<int32_t>(0x80040001u);

@@ -3,12 +3,13 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <ravelin/frame/enum_info.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <span>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -43,18 +44,8 @@ struct MemberInfo {
   MemberInvoker invoke;
 };
 
-// Builds a ClassInfo from a class's typed members (class_builder.hpp). A class that publishes
-// members of a private base names its builder a friend.
-template <typename C>
-class ClassBuilder;
-
-// A public enumeration: its name and its members' names and values, in declaration order.
-struct EnumInfo {
-  String name;
-  std::vector<std::pair<String, int32_t>> values;
-};
-
-// One public class: its name, how to create it, and its members.
+// One public class: its name, how to create it, and its members. Each class builds its table
+// once (public_class.hpp); its objects, the registry and late-bound calls share that one table.
 class ClassInfo {
  public:
   using Factory = std::function<ObjectRef()>;
@@ -79,11 +70,25 @@ class ClassInfo {
   const std::vector<MemberInfo>& members() const { return members_; }
 
  private:
+  // A member name of the class, upper-cased by the library's folding, with the index into
+  // members_ of its member of each kind (-1 when absent).
+  struct Name {
+    String folded;
+    uint32_t hash;
+    std::array<int, 4> members;
+  };
+
+  // The index into names_ of that name in any case, or -1; no upper-case copy is made.
+  int findName(StringView name) const;
+  void indexName(int name);
+
   String name_;
   Factory factory_;
   std::vector<MemberInfo> members_;
-  // Upper-case name -> index into members_ for each kind (-1 when absent).
-  std::unordered_map<String, std::array<int, 4>> index_;
+  std::vector<Name> names_;
+  // Open addressing over names_: a power of two of slots, at least twice the number of names,
+  // each holding an index into names_ or -1.
+  std::vector<int> slots_;
 };
 
 }  // namespace ravelin

@@ -1,4 +1,5 @@
-// The automation object base: every public class of the library derives from it.
+// The automation object base: every public class of the library derives from it, through
+// PublicClass (public_class.hpp).
 #pragma once
 
 #include <memory>
@@ -14,13 +15,12 @@ class Object : public std::enable_shared_from_this<Object> {
  public:
   virtual ~Object() = default;
 
-  // The class name as the runtime's TypeName reports it ("clsArrayLong").
-  virtual StringView className() const = 0;
+  // The table of the object's class: its name and the members late-bound callers reach. Every
+  // object of a class answers the same table (PublicClass in public_class.hpp supplies it).
+  virtual const ClassInfo& classInfo() const = 0;
 
-  // The member table of an object that the library's registry does not know (the script host's
-  // own objects, such as WScript or Err); null lets late-bound callers look the class up in the
-  // registry by its name.
-  virtual const ClassInfo* memberTable() const { return nullptr; }
+  // The class name as the runtime's TypeName reports it ("clsArrayLong"): the table's name.
+  StringView className() const;
 
   // For Each over the object: a collection fills `items` with its elements in order (a snapshot
   // taken when the loop starts) and returns true; any other object returns false, which a script

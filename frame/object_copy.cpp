@@ -33,8 +33,8 @@ Variant UnsupportedCopyObject::getParameterValue(StringView /*vsParameterName*/)
   raiseStyleC(CCEC_FeatureNotImplemented, classId_, kGetParameterValue);
 }
 
-ClassInfo describeCopyInterface() {
-  ClassBuilder<IObject> builder(IObject::kClassName, false);
+ClassInfo IObject::describe() {
+  ClassBuilder<IObject> builder(kClassName, false);
   return publishCopyInterface(builder).build();
 }
 

@@ -10,10 +10,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <ravelin/base/text.hpp>
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/object.hpp>
-#include <ravelin/base/text.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin {
@@ -25,6 +25,10 @@ class IObject : public Object {
  public:
   // The interface's name, as listings show an IObject parameter.
   static constexpr StringView kClassName = u"IObject";
+
+  // The interface's own member table: a public class that cannot be created, so that listings
+  // and late-bound callers can see it.
+  static ClassInfo describe();
 
   // The implementing class's identifier text (not always its class name).
   virtual String getClassIdAsString() const = 0;
@@ -119,8 +123,8 @@ class UnsupportedCopyObject : public IObject {
 // Adds the five operations of the copy interface to a class's member table. Call it before the
 // class's own members: a member of the same name declared later replaces the interface's.
 // The object arguments are published by reference, as the interface declares them.
-template <typename C>
-ClassBuilder<C>& publishCopyInterface(ClassBuilder<C>& builder) {
+template <typename C, typename PrivateBase>
+ClassBuilder<C, PrivateBase>& publishCopyInterface(ClassBuilder<C, PrivateBase>& builder) {
   static_assert(std::is_base_of_v<IObject, C>);
   return builder
       .method(u"getClassIdAsString",
@@ -146,9 +150,5 @@ ClassBuilder<C>& publishCopyInterface(ClassBuilder<C>& builder) {
               },
               {u"vsParameterName"});
 }
-
-// The interface's own member table: a public class that cannot be created, so that listings and
-// late-bound callers can see it.
-ClassInfo describeCopyInterface();
 
 }  // namespace ravelin

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/frame/enum_info.hpp>
 
 namespace ravelin {
 
@@ -19,5 +20,7 @@ enum enumDataTypesSql : int32_t {
   DTS_TimeStampTime = 256,
   DTS_TimeStampDate = 512,
 };
+template <>
+const EnumInfo& enumInfo<enumDataTypesSql>();
 
 }  // namespace ravelin

@@ -14,6 +14,7 @@
 #include <new>
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/syntax_error.hpp>
 #include <string_view>
@@ -45,21 +46,19 @@ void releaseCounted(void* block) noexcept {
 }
 
 // WScript's stand-in: Echo converts its argument to text as the host would, then drops it.
-class Sink : public ravelin::Object {
+class Sink : public ravelin::PublicClass<Sink> {
  public:
-  ravelin::StringView className() const override { return u"Sink"; }
-  const ravelin::ClassInfo* memberTable() const override {
-    static const ravelin::ClassInfo table =
-        ravelin::ClassBuilder<Sink>(u"Sink", false)
-            .method(u"Echo",
-                    [](Sink& self, ravelin::Variant value) {
-                      if (!value.isNull() && !value.isObject()) {
-                        self.units += ravelin::CStr(value).size();
-                      }
-                    },
-                    {ravelin::optional(u"value")})
-            .build();
-    return &table;
+  static constexpr ravelin::StringView kClassName = u"Sink";
+  static ravelin::ClassInfo describe() {
+    return ravelin::ClassBuilder<Sink>(kClassName, false)
+        .method(u"Echo",
+                [](Sink& self, ravelin::Variant value) {
+                  if (!value.isNull() && !value.isObject()) {
+                    self.units += ravelin::CStr(value).size();
+                  }
+                },
+                {ravelin::optional(u"value")})
+        .build();
   }
   std::size_t units = 0;
 };

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <new>
-#include <ravelin/frame/class_registry.hpp>
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/host/class_listing.hpp>
 #include <ravelin/host/command_line.hpp>
 #include <ravelin/host/error_report.hpp>
@@ -76,7 +76,7 @@ int runScript(script::Interpreter& interpreter, std::string_view fileLabel, cons
 }
 
 int listClasses(const std::string& name) {
-  const ClassRegistry& registry = ClassRegistry::library();
+  const ClassRegistry& registry = libraryRegistry();
   if (name.empty()) {
     writeOut(listLibrary(registry));
     return 0;

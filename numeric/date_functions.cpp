@@ -79,7 +79,7 @@ Date DateFunctions::GetDateByWeekNumber(int16_t wkNumber, int16_t intYear) const
 }
 
 ClassInfo DateFunctions::describe() {
-  return ClassBuilder<DateFunctions>(u"DateFunctions")
+  return ClassBuilder<DateFunctions>(kClassName)
       .method(u"IsLastDayOfMonth", &DateFunctions::IsLastDayOfMonth, {u"Value"})
       .method(u"GetLastDayOfMonth", &DateFunctions::GetLastDayOfMonth, {u"intMonth", u"intYear"})
       .method(u"DayOfYear", &DateFunctions::DayOfYear, {u"inDate"})

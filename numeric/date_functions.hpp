@@ -3,18 +3,18 @@
 #pragma once
 
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 #include <ravelin/frame/date.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
-#include <ravelin/base/text.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin {
 
-class DateFunctions : public Object {
+class DateFunctions : public PublicClass<DateFunctions> {
  public:
-  DateFunctions() = default;
+  static constexpr StringView kClassName = u"DateFunctions";
 
-  StringView className() const override { return u"DateFunctions"; }
+  DateFunctions() = default;
 
   // The member table late-bound callers see.
   static ClassInfo describe();

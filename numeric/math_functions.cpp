@@ -223,8 +223,33 @@ double MathFunctions::GetTDBMaxValueFromFormat(StringView strFormat) const {
   return MyVal(digits, u",");
 }
 
+template <>
+const EnumInfo& enumInfo<RoundingTypes>() {
+  static const EnumInfo info{u"RoundingTypes",
+                             {
+                                 {u"ArithmeticalAssimetric", ArithmeticalAssimetric},
+                                 {u"ArithmeticalSimetric", ArithmeticalSimetric},
+                             }};
+  return info;
+}
+
+template <>
+const EnumInfo& enumInfo<VarDataType>() {
+  static const EnumInfo info{u"VarDataType",
+                             {
+                                 {u"vtTenDigit", vtTenDigit},
+                                 {u"vtThirteenDigit", vtThirteenDigit},
+                                 {u"vtTDBNumber", vtTDBNumber},
+                                 {u"vtInteger", vtInteger},
+                                 {u"vtLong", vtLong},
+                                 {u"vtDouble", vtDouble},
+                                 {u"vtOperation", vtOperation},
+                             }};
+  return info;
+}
+
 ClassInfo MathFunctions::describe() {
-  return ClassBuilder<MathFunctions>(u"MathFunctions")
+  return ClassBuilder<MathFunctions>(kClassName)
       .method(u"MyInt", &MathFunctions::MyInt, {u"Value"})
       .method(u"MyRound",
               [](MathFunctions& self, double value, int16_t digits, int32_t roundingType) {

@@ -4,9 +4,9 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
 #include <ravelin/base/text.hpp>
+#include <ravelin/frame/member_table.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin {
@@ -16,6 +16,8 @@ enum RoundingTypes : int32_t {
   ArithmeticalAssimetric = 0,
   ArithmeticalSimetric = 1,
 };
+template <>
+const EnumInfo& enumInfo<RoundingTypes>();
 
 // The numeric kinds of the suite's input fields.
 enum VarDataType : int32_t {
@@ -27,12 +29,14 @@ enum VarDataType : int32_t {
   vtDouble = 64,
   vtOperation = 900,
 };
+template <>
+const EnumInfo& enumInfo<VarDataType>();
 
-class MathFunctions : public Object {
+class MathFunctions : public PublicClass<MathFunctions> {
  public:
-  MathFunctions() = default;
+  static constexpr StringView kClassName = u"MathFunctions";
 
-  StringView className() const override { return u"MathFunctions"; }
+  MathFunctions() = default;
 
   // The member table late-bound callers see.
   static ClassInfo describe();

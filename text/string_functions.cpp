@@ -289,7 +289,7 @@ String StringFunctions::RemoveAccents(StringView text) {
 }
 
 ClassInfo StringFunctions::describe() {
-  return ClassBuilder<StringFunctions>(u"StringFunctions")
+  return ClassBuilder<StringFunctions>(kClassName)
       .method(u"PadZeroRight", &StringFunctions::PadZeroRight, {u"str", u"strLen"})
       .method(u"ReturnOnlyCharacteres", &StringFunctions::ReturnOnlyCharacteres, {u"strString"})
       .method(u"ReturnOnlyDigits", &StringFunctions::ReturnOnlyDigits, {u"Text"})

@@ -4,20 +4,20 @@
 #pragma once
 
 #include <cstdint>
-#include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
 #include <ravelin/base/text.hpp>
+#include <ravelin/frame/member_table.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin {
 
 // Every member is virtual and the members that build on others call them on this object, so a
 // derived class that changes one (PadL, StrZero, ...) changes the ones built on it too.
-class StringFunctions : public Object {
+class StringFunctions : public PublicClass<StringFunctions> {
  public:
-  StringFunctions() = default;
+  static constexpr StringView kClassName = u"StringFunctions";
 
-  StringView className() const override { return u"StringFunctions"; }
+  StringFunctions() = default;
 
   // `str` right-aligned in a field of `strLen` zeros; never cut. The count must fit 16 bits
   // (else 6). `strLen` is by reference but left unchanged.

@@ -6,8 +6,9 @@
 
 namespace ravelin {
 
-template <typename C, typename Index>
-ClassBuilder<C>& publishAllocateSpacePublic(ClassBuilder<C>& builder, StringView sizeName) {
+template <typename Index, typename C, typename PrivateBase>
+ClassBuilder<C, PrivateBase>& publishAllocateSpacePublic(ClassBuilder<C, PrivateBase>& builder,
+                                                         StringView sizeName) {
   return builder.method(
       u"allocateSpacePublic",
       [](C& self, Index size, bool& vbPreserveValues, bool& vbResetCountVariable) {

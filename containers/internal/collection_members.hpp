@@ -7,8 +7,8 @@
 
 namespace ravelin {
 
-template <typename C>
-ClassBuilder<C>& publishCollectionMembers(ClassBuilder<C>& builder) {
+template <typename C, typename PrivateBase>
+ClassBuilder<C, PrivateBase>& publishCollectionMembers(ClassBuilder<C, PrivateBase>& builder) {
   using detail::CollectionRules;
   return builder
       .method(

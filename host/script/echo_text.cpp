@@ -11,9 +11,7 @@ namespace {
 Variant defaultValueOf(const Variant& value) {
   const ObjectRef& object = value.asObject();
   if (!object) return value;
-  const ClassInfo* table = object->memberTable();
-  if (table == nullptr) table = ClassRegistry::library().classOf(*object);
-  const MemberInfo* member = table != nullptr ? table->find(u"", MemberKind::PropertyGet) : nullptr;
+  const MemberInfo* member = object->classInfo().find(u"", MemberKind::PropertyGet);
   if (member == nullptr) return value;
   for (const ParameterInfo& parameter : member->parameters) {
     if (!parameter.optional) return value;

@@ -10,8 +10,10 @@ String textOrEmpty(const Variant& value) {
   return value.isMissing() ? String() : CStr(value);
 }
 
-ClassInfo buildErrTable() {
-  return ClassBuilder<ErrObject>(u"ErrObject", false)
+}  // namespace
+
+ClassInfo ErrObject::describe() {
+  return ClassBuilder<ErrObject>(kClassName, false)
       // Number is the default member: "If Err Then" and "WScript.Echo Err" read it.
       .get(u"", [](ErrObject& self) { return self.number; })
       .get(u"Number", [](ErrObject& self) { return self.number; })
@@ -36,13 +38,6 @@ ClassInfo buildErrTable() {
               {u"number", optional(u"source"), optional(u"description"), optional(u"helpfile"),
                optional(u"helpcontext")})
       .build();
-}
-
-}  // namespace
-
-const ClassInfo* ErrObject::memberTable() const {
-  static const ClassInfo table = buildErrTable();
-  return &table;
 }
 
 void ErrObject::set(const AutomationError& error) {

@@ -4,14 +4,14 @@
 
 #include <cstdint>
 #include <ravelin/frame/error.hpp>
-#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/public_class.hpp>
 
 namespace ravelin::script {
 
-class ErrObject : public Object {
+class ErrObject : public PublicClass<ErrObject> {
  public:
-  StringView className() const override { return u"ErrObject"; }
-  const ClassInfo* memberTable() const override;
+  static constexpr StringView kClassName = u"ErrObject";
+  static ClassInfo describe();
 
   // Records an error caught by On Error Resume Next.
   void set(const AutomationError& error);

@@ -1,6 +1,6 @@
 // Expressions: names, calls into the script's procedures, the built-in functions and objects'
 // members, array elements, operators and assignment targets.
-#include <ravelin/frame/class_registry.hpp>
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/operators.hpp>
 #include <ravelin/frame/records.hpp>
@@ -9,12 +9,6 @@
 
 namespace ravelin::script::detail {
 namespace {
-
-// The member table of an object: its own (host objects) or the registry's.
-const ClassInfo* classInfoOf(const Object& object) {
-  if (const ClassInfo* own = object.memberTable()) return own;
-  return ClassRegistry::library().classOf(object);
-}
 
 std::size_t textLength(const Variant& v) {
   return v.isString() ? v.asString().size() : 0;
@@ -43,12 +37,9 @@ Variant Evaluator::defaultValueOf(const Variant& value) {
   if (!value.isObject()) return value;
   const ObjectRef& object = value.asObject();
   if (!object) raiseScriptError(vb_error::kObjectNotSet);
-  const ClassInfo* info = classInfoOf(*object);
-  const MemberInfo* member = nullptr;
-  if (info != nullptr) {
-    member = info->find(u"", MemberKind::PropertyGet);
-    if (member == nullptr) member = info->find(u"", MemberKind::Method);
-  }
+  const ClassInfo& info = object->classInfo();
+  const MemberInfo* member = info.find(u"", MemberKind::PropertyGet);
+  if (member == nullptr) member = info.find(u"", MemberKind::Method);
   if (member == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
   for (const ParameterInfo& parameter : member->parameters) {
     // A default member that needs an index has no value of its own.
@@ -314,28 +305,25 @@ Variant Evaluator::callObject(Frame& frame, const ObjectRef& object, StringView 
                               const std::vector<Argument>* args, bool preferMethod,
                               const Variant* assigned, bool isSet) {
   if (!object) raiseScriptError(vb_error::kObjectNotSet);
-  const ClassInfo* info = classInfoOf(*object);
+  const ClassInfo& info = object->classInfo();
+  auto find = [&](MemberKind first, MemberKind second) {
+    const MemberInfo* found = info.find(name, first);
+    return found != nullptr ? found : info.find(name, second);
+  };
   const MemberInfo* member = nullptr;
-  if (info != nullptr) {
-    auto find = [&](MemberKind first, MemberKind second) {
-      const MemberInfo* found = info->find(name, first);
-      return found != nullptr ? found : info->find(name, second);
-    };
-    if (assigned != nullptr) {
-      member = isSet ? find(MemberKind::PropertySet, MemberKind::PropertyLet)
-                     : info->find(name, MemberKind::PropertyLet);
-    } else if (preferMethod) {
-      member = find(MemberKind::Method, MemberKind::PropertyGet);
-    } else {
-      member = find(MemberKind::PropertyGet, MemberKind::Method);
-    }
+  if (assigned != nullptr) {
+    member = isSet ? find(MemberKind::PropertySet, MemberKind::PropertyLet)
+                   : info.find(name, MemberKind::PropertyLet);
+  } else if (preferMethod) {
+    member = find(MemberKind::Method, MemberKind::PropertyGet);
+  } else {
+    member = find(MemberKind::PropertyGet, MemberKind::Method);
   }
   const bool hasIndexes = args != nullptr && !args->empty() && name != u"";
-  if (hasIndexes && info != nullptr) {
+  if (hasIndexes) {
     // obj.Items(0) where Items takes no index: the indexes apply to the property's value (an
     // array element or the default member of the object it returns).
-    const MemberInfo* getter = info->find(name, MemberKind::PropertyGet);
-    if (getter == nullptr) getter = info->find(name, MemberKind::Method);
+    const MemberInfo* getter = find(MemberKind::PropertyGet, MemberKind::Method);
     const std::size_t ownParameters =
         member != nullptr ? member->parameters.size() - (assigned != nullptr ? 1 : 0) : 0;
     if (getter != nullptr && getter->parameters.empty() &&
@@ -414,8 +402,7 @@ Variant Evaluator::callBuiltin(Frame& frame, const Builtin& builtin,
     }
     Variant value = eval(frame, *arg.value);
     if (value.isObject() && !seesObjects && value.asObject()) {
-      const ClassInfo* info = classInfoOf(*value.asObject());
-      if (info != nullptr && info->hasMember(u"")) value = defaultValueOf(value);
+      if (value.asObject()->classInfo().hasMember(u"")) value = defaultValueOf(value);
     }
     values.push_back(std::move(value));
   }
@@ -430,7 +417,7 @@ Variant Evaluator::createObject(Frame& frame, const std::vector<Argument>* args)
     raiseScriptError(vb_error::kWrongArgumentCount);
   }
   const String progId = CStr(evalValue(frame, *(*args)[0].value));
-  return Variant(ClassRegistry::library().create(progId));
+  return Variant(libraryRegistry().create(progId));
 }
 
 Variant Evaluator::evalText(Frame& frame, const std::vector<Argument>* args, bool statements) {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <new>
-#include <ravelin/frame/class_registry.hpp>
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/parser.hpp>
 #include <ravelin/host/script/script_scope.hpp>
@@ -112,7 +112,7 @@ Binding& Evaluator::bindingOf(Unit& unit, NameId id, StringView spelling) {
   } else if (auto constant = predefinedConstant(spelling)) {
     binding.kind = Binding::Kind::Constant;
     binding.constant = std::move(*constant);
-  } else if (auto value = ClassRegistry::library().findEnumValue(spelling)) {
+  } else if (auto value = libraryRegistry().findEnumValue(spelling)) {
     binding.kind = Binding::Kind::Constant;
     binding.constant = Variant(*value);
   }

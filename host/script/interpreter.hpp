@@ -34,9 +34,9 @@ struct ScriptQuit {
 };
 
 // Runs scripts. Objects (the library's, and the host's such as WScript) are called late-bound
-// through their member table: Object::memberTable(), else the library registry's entry for
-// their class. A member published under the empty name is the object's default member (its
-// value, and obj(index)); Object::enumerate makes an object a collection for For Each.
+// through their class's member table (Object::classInfo). A member published under the empty
+// name is the object's default member (its value, and obj(index)); Object::enumerate makes an
+// object a collection for For Each.
 // Recursion deeper than 2000 calls, or than the stack allows, raises 28 "Out of stack space".
 class Interpreter {
  public:

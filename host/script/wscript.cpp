@@ -14,23 +14,6 @@ constexpr std::size_t kEchoParameters = 64;
 // VB's "Object or class does not support the set of events".
 constexpr int32_t kNoEventSupport = 459;
 
-ClassInfo buildArgumentsTable() {
-  return ClassBuilder<WshArguments>(u"WshArguments", false)
-      .get(u"", &WshArguments::Item, {u"index"})
-      .get(u"Item", &WshArguments::Item, {u"index"})
-      .get(u"Count", &WshArguments::Count)
-      .get(u"Length", &WshArguments::Count)
-      .build();
-}
-
-ClassInfo buildTextStreamTable() {
-  return ClassBuilder<WshTextStream>(u"TextStream", false)
-      .method(u"Write", &WshTextStream::Write, {u"text"})
-      .method(u"WriteLine", &WshTextStream::WriteLine, {optional(u"text", Variant(String()))})
-      .method(u"WriteBlankLines", &WshTextStream::WriteBlankLines, {u"lines"})
-      .build();
-}
-
 MemberInfo echoMember() {
   MemberInfo member;
   member.name = u"Echo";
@@ -54,39 +37,6 @@ MemberInfo echoMember() {
   return member;
 }
 
-ClassInfo buildWScriptTable() {
-  ClassInfo info =
-      ClassBuilder<WScript>(u"WScript", false)
-          .method(u"Quit", [](WScript& self, int32_t code) { self.Quit(code); },
-                  {optional(u"exitCode", Variant(int32_t{0}))})
-          // WScript.Arguments(0) reads an argument directly, as the default member would.
-          .get(u"Arguments",
-               [](WScript& self, Variant index) -> Variant {
-                 if (index.isMissing()) return Variant(self.Arguments());
-                 return Variant(
-                     static_cast<const WshArguments&>(*self.Arguments()).Item(CLng(index)));
-               },
-               {optional(u"index")})
-          .get(u"ScriptName", &WScript::ScriptName)
-          .get(u"ScriptFullName", &WScript::ScriptFullName)
-          .get(u"Version", &WScript::Version)
-          .get(u"StdOut", &WScript::StdOut)
-          .get(u"StdErr", &WScript::StdErr)
-          .method(u"Sleep", &WScript::Sleep, {u"time"})
-          .method(u"ConnectObject",
-                  [](WScript& self, std::shared_ptr<Object> source, String prefix) {
-                    self.ConnectObject(source, prefix);
-                  },
-                  {u"object", u"prefix"})
-          .method(
-              u"DisconnectObject",
-              [](WScript& self, std::shared_ptr<Object> source) { self.DisconnectObject(source); },
-              {u"object"})
-          .build();
-  info.addMember(echoMember());
-  return info;
-}
-
 // Forwards an object's events to the script's procedures named prefix + event.
 class ScriptEventSink : public EventSink {
  public:
@@ -106,9 +56,13 @@ class ScriptEventSink : public EventSink {
 
 }  // namespace
 
-const ClassInfo* WshArguments::memberTable() const {
-  static const ClassInfo table = buildArgumentsTable();
-  return &table;
+ClassInfo WshArguments::describe() {
+  return ClassBuilder<WshArguments>(kClassName, false)
+      .get(u"", &WshArguments::Item, {u"index"})
+      .get(u"Item", &WshArguments::Item, {u"index"})
+      .get(u"Count", &WshArguments::Count)
+      .get(u"Length", &WshArguments::Count)
+      .build();
 }
 
 bool WshArguments::enumerate(std::vector<Variant>& items) const {
@@ -122,9 +76,12 @@ const String& WshArguments::Item(int32_t index) const {
   return arguments_[static_cast<std::size_t>(index)];
 }
 
-const ClassInfo* WshTextStream::memberTable() const {
-  static const ClassInfo table = buildTextStreamTable();
-  return &table;
+ClassInfo WshTextStream::describe() {
+  return ClassBuilder<WshTextStream>(kClassName, false)
+      .method(u"Write", &WshTextStream::Write, {u"text"})
+      .method(u"WriteLine", &WshTextStream::WriteLine, {optional(u"text", Variant(String()))})
+      .method(u"WriteBlankLines", &WshTextStream::WriteBlankLines, {u"lines"})
+      .build();
 }
 
 void WshTextStream::Write(StringView text) {
@@ -164,9 +121,37 @@ WScript::~WScript() {
   }
 }
 
-const ClassInfo* WScript::memberTable() const {
-  static const ClassInfo table = buildWScriptTable();
-  return &table;
+ClassInfo WScript::describe() {
+  ClassInfo info =
+      ClassBuilder<WScript>(kClassName, false)
+          .method(u"Quit", [](WScript& self, int32_t code) { self.Quit(code); },
+                  {optional(u"exitCode", Variant(int32_t{0}))})
+          // WScript.Arguments(0) reads an argument directly, as the default member would.
+          .get(u"Arguments",
+               [](WScript& self, Variant index) -> Variant {
+                 if (index.isMissing()) return Variant(self.Arguments());
+                 return Variant(
+                     static_cast<const WshArguments&>(*self.Arguments()).Item(CLng(index)));
+               },
+               {optional(u"index")})
+          .get(u"ScriptName", &WScript::ScriptName)
+          .get(u"ScriptFullName", &WScript::ScriptFullName)
+          .get(u"Version", &WScript::Version)
+          .get(u"StdOut", &WScript::StdOut)
+          .get(u"StdErr", &WScript::StdErr)
+          .method(u"Sleep", &WScript::Sleep, {u"time"})
+          .method(u"ConnectObject",
+                  [](WScript& self, std::shared_ptr<Object> source, String prefix) {
+                    self.ConnectObject(source, prefix);
+                  },
+                  {u"object", u"prefix"})
+          .method(
+              u"DisconnectObject",
+              [](WScript& self, std::shared_ptr<Object> source) { self.DisconnectObject(source); },
+              {u"object"})
+          .build();
+  info.addMember(echoMember());
+  return info;
 }
 
 void WScript::Echo(std::span<const Variant> arguments) {

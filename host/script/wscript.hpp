@@ -7,7 +7,7 @@
 #include <memory>
 #include <ravelin/frame/events.hpp>
 #include <ravelin/frame/member_table.hpp>
-#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <span>
 #include <string_view>
@@ -17,13 +17,14 @@ namespace ravelin::script {
 
 // WScript.Arguments: the script's command-line arguments; Item is the default member, so
 // WScript.Arguments(0) reads the first one, and For Each walks them.
-class WshArguments : public Object {
+class WshArguments : public PublicClass<WshArguments> {
  public:
+  static constexpr StringView kClassName = u"WshArguments";
+  static ClassInfo describe();
+
   WshArguments() = default;
   explicit WshArguments(std::vector<String> arguments) : arguments_(std::move(arguments)) {}
 
-  StringView className() const override { return u"WshArguments"; }
-  const ClassInfo* memberTable() const override;
   bool enumerate(std::vector<Variant>& items) const override;
 
   int32_t Count() const { return static_cast<int32_t>(arguments_.size()); }
@@ -35,15 +36,15 @@ class WshArguments : public Object {
 };
 
 // WScript.StdOut and WScript.StdErr: text written as it is (Write) or as a line (WriteLine).
-class WshTextStream : public Object {
+class WshTextStream : public PublicClass<WshTextStream> {
  public:
+  static constexpr StringView kClassName = u"TextStream";
+  static ClassInfo describe();
+
   using Writer = std::function<void(std::string_view text)>;
 
   WshTextStream() = default;
   explicit WshTextStream(Writer writer) : writer_(std::move(writer)) {}
-
-  StringView className() const override { return u"TextStream"; }
-  const ClassInfo* memberTable() const override;
 
   void Write(StringView text);
   void WriteLine(StringView text);
@@ -63,8 +64,11 @@ struct ScriptIdentity {
   String hostVersion;
 };
 
-class WScript : public Object {
+class WScript : public PublicClass<WScript> {
  public:
+  static constexpr StringView kClassName = u"WScript";
+  static ClassInfo describe();
+
   // Writes text (UTF-8) to the script's standard output.
   using OutputWriter = std::function<void(std::string_view text)>;
   // Calls the script's procedure of that name; false when the script has none.
@@ -77,9 +81,6 @@ class WScript : public Object {
   // A WScript with no script, whose output goes nowhere (the member table's builder needs one).
   WScript() : WScript({}, nullptr, nullptr) {}
   ~WScript() override;
-
-  StringView className() const override { return u"WScript"; }
-  const ClassInfo* memberTable() const override;
 
   // Writes the arguments as one line (echo_text.hpp).
   void Echo(std::span<const Variant> arguments);

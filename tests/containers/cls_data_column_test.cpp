@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/containers/cls_array_string.hpp>
 #include <ravelin/containers/cls_data_column.hpp>
 #include <ravelin/frame/dispatch.hpp>
@@ -30,7 +31,7 @@ void expectSameFields(const clsDataColumn& a, const clsDataColumn& b) {
 }
 
 TEST(ClsDataColumn, ANewColumnIsText) {
-  const ObjectRef column = ClassRegistry::library().create(u"Ravelin.clsDataColumn");
+  const ObjectRef column = libraryRegistry().create(u"Ravelin.clsDataColumn");
   std::vector<CallArgument> none;
   const Variant type = callMember(column, u"getDataType", MemberKind::Method, none);
   EXPECT_EQ(type, Variant(int32_t{DTS_Text}));  // a Long, as enumerations travel

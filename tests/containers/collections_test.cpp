@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/containers/cls_collection.hpp>
 #include <ravelin/containers/cls_collection_access_key.hpp>
 #include <ravelin/containers/cls_collection_objects.hpp>
@@ -141,7 +142,7 @@ TEST(Collections, RemovalEnumerationAndKeys) {
 }
 
 TEST(Collections, ByNameAsScriptsUseThem) {
-  const ClassRegistry& registry = ClassRegistry::library();
+  const ClassRegistry& registry = libraryRegistry();
   ObjectRef objects = registry.create(u"Ravelin.clsCollectionObjects");
   ObjectRef column = registry.create(u"clsDataColumn");
   auto call = [](const ObjectRef& object, StringView name, std::vector<CallArgument> arguments) {

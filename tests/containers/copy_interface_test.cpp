@@ -2,6 +2,7 @@
 // reach it: the identifier texts and which of the four behaviours each operation has.
 #include <gtest/gtest.h>
 
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/object_copy.hpp>
@@ -62,7 +63,7 @@ void expectRefusal(const AutomationError& error, Outcome outcome, StringView ide
 }
 
 TEST(CopyInterface, EveryImplementingClassByName) {
-  const ClassRegistry& registry = ClassRegistry::library();
+  const ClassRegistry& registry = libraryRegistry();
   for (const auto& row : kClasses) {
     SCOPED_TRACE(toUtf8(row.className));
     const ObjectRef object = registry.create(row.className);
@@ -111,7 +112,7 @@ TEST(CopyInterface, EveryImplementingClassByName) {
 
 // The interface itself is listed but cannot be created.
 TEST(CopyInterface, IsAPublicClassThatCannotBeCreated) {
-  const ClassInfo* info = ClassRegistry::library().findClass(u"Ravelin.IObject");
+  const ClassInfo* info = libraryRegistry().findClass(u"Ravelin.IObject");
   ASSERT_NE(info, nullptr);
   EXPECT_FALSE(info->creatable());
   EXPECT_EQ(info->members().size(), 5u);
@@ -119,7 +120,7 @@ TEST(CopyInterface, IsAPublicClassThatCannotBeCreated) {
 
 // The ignoring classes accept a source of any class (the copying ones refuse it: see their tests).
 TEST(CopyInterface, IgnoringClassTakesASourceOfAnotherClass) {
-  const ClassRegistry& registry = ClassRegistry::library();
+  const ClassRegistry& registry = libraryRegistry();
   std::vector<CallArgument> arguments{{Variant(registry.create(u"clsCollection"))}};
   EXPECT_NO_THROW(
       callMember(registry.create(u"clsArrayString"), u"copyObject", MemberKind::Method, arguments));

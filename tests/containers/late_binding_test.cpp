@@ -1,6 +1,7 @@
 // The value arrays driven by name, as scripts and automation clients drive them.
 #include <gtest/gtest.h>
 
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
@@ -15,10 +16,10 @@ Variant call(const ObjectRef& object, StringView member, std::vector<CallArgumen
 
 // Creating each class by name runs in examples/value_arrays.vbs.
 TEST(LateBindingTest, EnumerationsAndMembersByName) {
-  const auto& registry = ClassRegistry::library();
+  const auto& registry = libraryRegistry();
   EXPECT_EQ(registry.findEnumValue(u"ccec_invalidindex"), CCEC_InvalidIndex);
   // clsArraySingle has no list text.
-  EXPECT_FALSE(registry.classOf(*registry.create(u"clsArraySingle"))->hasMember(u"getItemsAsList"));
+  EXPECT_FALSE(registry.create(u"clsArraySingle")->classInfo().hasMember(u"getItemsAsList"));
 }
 
 TEST(LateBindingTest, ArraysConvertWhatTheyAreGivenByName) {
@@ -36,7 +37,7 @@ TEST(LateBindingTest, ArraysConvertWhatTheyAreGivenByName) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(toUtf8(row.className));
-    ObjectRef array = ClassRegistry::library().create(row.className);
+    ObjectRef array = libraryRegistry().create(row.className);
     for (const auto& value : row.values)
       call(array, u"add", {{value}});
     EXPECT_EQ(call(array, u"Count", {}, MemberKind::PropertyGet).varTypeCode(), 2);

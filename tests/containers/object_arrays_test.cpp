@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/containers/cls_array_any_object.hpp>
 #include <ravelin/containers/cls_array_object.hpp>
 #include <ravelin/containers/cls_array_object2.hpp>
@@ -87,7 +88,7 @@ TEST(ObjectArrays, BadIndexTexts) {
 // The rest of the by-name behaviour, this error's texts among it, runs in
 // examples/object_arrays.vbs; here the flag passed by its name.
 TEST(ObjectArrays, KeyedRemovalTakesTheNotFoundFlagByName) {
-  ObjectRef keyed = ClassRegistry::library().create(u"clsLArrayLongObject");
+  ObjectRef keyed = libraryRegistry().create(u"clsLArrayLongObject");
   std::vector<CallArgument> arguments{{Variant(8)},
                                       CallArgument::named(u"vbRaiseNotFoundError", Variant(true))};
   EXPECT_EQ(

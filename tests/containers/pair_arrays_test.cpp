@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/containers/cls_array_string2.hpp>
 #include <ravelin/containers/cls_array_string_long.hpp>
 #include <ravelin/containers/cls_array_string_object.hpp>
@@ -147,7 +148,7 @@ TEST(PairArrays, StringObjectKeyedLookupsTakeTheLastMatch) {
 }
 
 TEST(PairArrays, RecordsAndObjectsByName) {
-  const auto& registry = ClassRegistry::library();
+  const auto& registry = libraryRegistry();
   // clsArrayStringLong's record runs in tests/scripts/record_fields.vbs.
   ObjectRef longs = registry.create(u"Ravelin.clsArrayStringLong");
   ObjectRef varis = registry.create(u"Ravelin.clsArrayVariObject");

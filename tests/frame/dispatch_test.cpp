@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/class_builder.hpp>
+#include <ravelin/frame/class_registry.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/tests/support/error_number.hpp>
@@ -9,9 +10,9 @@ namespace ravelin {
 namespace {
 
 // A small class with the parameter shapes late-bound callers meet.
-class clsProbe : public Object {
+class clsProbe : public PublicClass<clsProbe> {
  public:
-  StringView className() const override { return u"clsProbe"; }
+  static constexpr StringView kClassName = u"clsProbe";
 
   int32_t sum(int32_t a, int16_t b) { return a + b; }
   void swap(int16_t& a, int16_t& b) { std::swap(a, b); }
@@ -45,21 +46,21 @@ class clsProbe : public Object {
   int16_t last_ = 0;
 };
 
-class Unregistered : public Object {
+class Unregistered : public PublicClass<Unregistered> {
  public:
-  StringView className() const override { return u"Unregistered"; }
+  static constexpr StringView kClassName = u"Unregistered";
 };
 
 class DispatchTest : public ::testing::Test {
  protected:
   DispatchTest() {
-    registry_.addClass(clsProbe::describe());
+    registry_.add<clsProbe>();
     probe_ = registry_.create(u"Ravelin.CLSPROBE");
   }
 
   Variant call(StringView name, std::vector<CallArgument> arguments,
                MemberKind kind = MemberKind::Method) {
-    return callMember(probe_, name, kind, arguments, registry_);
+    return callMember(probe_, name, kind, arguments);
   }
 
   int32_t errorOf(StringView name, std::vector<CallArgument> arguments,
@@ -136,8 +137,7 @@ TEST_F(DispatchTest, ReportsTheRuntimesErrors) {
     EXPECT_EQ(errorOf(row.member, row.arguments), row.number);
   }
   EXPECT_EQ(errorOf(u"item", {{Variant(int16_t{1})}}, MemberKind::PropertySet), 438);
-  EXPECT_EQ(errorNumberOf([&] { callMember(nullptr, u"sum", MemberKind::Method, {}, registry_); }),
-            91);
+  EXPECT_EQ(errorNumberOf([&] { callMember(nullptr, u"sum", MemberKind::Method, {}); }), 91);
 }
 
 TEST_F(DispatchTest, RegistryCreatesByNameAndPublishesTypes) {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/events.hpp>
-#include <ravelin/frame/object.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/platform/fake/clock_fake.hpp>
 #include <string>
 #include <thread>
@@ -13,9 +13,9 @@ namespace {
 using namespace std::chrono_literals;
 
 // An object that raises "Tick" with a counter it passes by reference.
-class Ticker : public Object, public EventSource {
+class Ticker : public PublicClass<Ticker>, public EventSource {
  public:
-  StringView className() const override { return u"Ticker"; }
+  static constexpr StringView kClassName = u"Ticker";
   Variant tick(int32_t value) {
     Variant arguments[] = {Variant(value)};
     raiseEvent(u"Tick", arguments);

@@ -8,14 +8,15 @@
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/frame/operators.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/tests/support/error_number.hpp>
 #include <string>
 
 namespace ravelin {
 namespace {
 
-struct Thing : Object {
-  StringView className() const override { return u"Thing"; }
+struct Thing : PublicClass<Thing> {
+  static constexpr StringView kClassName = u"Thing";
 };
 
 // A value or the number of the error expected instead.

@@ -1,15 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <ravelin/frame/error.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <ravelin/tests/support/error_number.hpp>
 
 namespace ravelin {
 namespace {
 
-class Widget : public Object {
+class Widget : public PublicClass<Widget> {
  public:
-  StringView className() const override { return u"clsWidget"; }
+  static constexpr StringView kClassName = u"clsWidget";
 };
 
 TEST(VariantTest, TypeCodesAndNamesFollowTheRuntime) {

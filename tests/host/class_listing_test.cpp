@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/object_copy.hpp>
 #include <ravelin/frame/records.hpp>
@@ -9,9 +10,20 @@ namespace ravelin::host {
 namespace {
 
 // A class with one member of each shape the listing has to write.
-class Sample : public Object {
+class Sample : public PublicClass<Sample> {
  public:
-  StringView className() const override { return u"Sample"; }
+  static constexpr StringView kClassName = u"Sample";
+  static ClassInfo describe() {
+    return ClassBuilder<Sample>(kClassName)
+        .method(u"add", &Sample::add, {u"vlValue"})
+        .method(u"grow", &Sample::grow,
+                {u"viSize", optional(u"vbPreserve", true), optional(u"vsName", u"a b")})
+        .get(u"item", &Sample::item, {u"viIndex"})
+        .let(u"item", &Sample::letItem, {u"viIndex"})
+        .get(u"Self", &Sample::self)
+        .method(u"pair", &Sample::pair, {u"voSource"})
+        .build();
+  }
   int16_t add(int32_t) { return 0; }
   void grow(int16_t, bool&, String) {}
   int32_t item(int16_t) const { return 0; }
@@ -21,19 +33,12 @@ class Sample : public Object {
 };
 
 ClassRegistry sampleRegistry() {
+  static const ClassInfo hidden = ClassBuilder<Sample>(u"Hidden", false).build();
+  static const EnumInfo sampleEnum{u"enumSample", {{u"S_One", 1}, {u"S_Big", -2147221504}}};
   ClassRegistry registry;
-  registry.addClass(
-      ClassBuilder<Sample>(u"Sample")
-          .method(u"add", &Sample::add, {u"vlValue"})
-          .method(u"grow", &Sample::grow,
-                  {u"viSize", optional(u"vbPreserve", true), optional(u"vsName", u"a b")})
-          .get(u"item", &Sample::item, {u"viIndex"})
-          .let(u"item", &Sample::letItem, {u"viIndex"})
-          .get(u"Self", &Sample::self)
-          .method(u"pair", &Sample::pair, {u"voSource"})
-          .build());
-  registry.addClass(ClassBuilder<Sample>(u"Hidden", false).build());
-  registry.addEnum(EnumInfo{u"enumSample", {{u"S_One", 1}, {u"S_Big", -2147221504}}});
+  registry.add<Sample>();
+  registry.addClass(hidden);
+  registry.addEnum(sampleEnum);
   return registry;
 }
 
@@ -58,7 +63,7 @@ TEST(ClassListing, ListsClassesAndEnumerations) {
   EXPECT_EQ(listLibrary(sampleRegistry()),
             "Classes:\n  Hidden (not creatable)\n  Sample\nEnumerations:\n  enumSample\n");
   // The library's own catalogue lists its classes.
-  std::string library = listLibrary(ClassRegistry::library());
+  std::string library = listLibrary(libraryRegistry());
   EXPECT_NE(library.find("  clsArrayLong\n"), std::string::npos);
   EXPECT_NE(library.find("  enumCommonCode_ErrorCodes\n"), std::string::npos);
 }

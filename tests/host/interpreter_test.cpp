@@ -3,6 +3,7 @@
 #include <memory>
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/syntax_error.hpp>
 #include <string>
@@ -13,15 +14,13 @@ namespace {
 
 // The test's stand-in for WScript: Echo writes one line of text (Null as "Null", Empty as "",
 // objects as their class name).
-class Output : public Object {
+class Output : public PublicClass<Output> {
  public:
-  StringView className() const override { return u"Output"; }
-  const ClassInfo* memberTable() const override {
-    static const ClassInfo table =
-        ClassBuilder<Output>(u"Output", false)
-            .method(u"Echo", [](Output& self, Variant value) { self.echo(value); }, {u"value"})
-            .build();
-    return &table;
+  static constexpr StringView kClassName = u"Output";
+  static ClassInfo describe() {
+    return ClassBuilder<Output>(kClassName, false)
+        .method(u"Echo", [](Output& self, Variant value) { self.echo(value); }, {u"value"})
+        .build();
   }
   void echo(const Variant& value) {
     if (value.isNull()) {
@@ -36,9 +35,9 @@ class Output : public Object {
 };
 
 // A collection for For Each: three fixed items.
-class Trio : public Object {
+class Trio : public PublicClass<Trio> {
  public:
-  StringView className() const override { return u"Trio"; }
+  static constexpr StringView kClassName = u"Trio";
   bool enumerate(std::vector<Variant>& items) const override {
     items = {Variant(int16_t{1}), Variant(u"two"), Variant(3.5)};
     return true;
@@ -46,28 +45,26 @@ class Trio : public Object {
 };
 
 // An object with an indexed default member and properties that return an object and an array.
-class Box : public Object {
+class Box : public PublicClass<Box> {
  public:
-  StringView className() const override { return u"Box"; }
-  const ClassInfo* memberTable() const override {
-    static const ClassInfo table =
-        ClassBuilder<Box>(u"Box", false)
-            .get(u"", [](Box& self, int32_t i) { return self.slots.at(static_cast<size_t>(i)); },
-                 {u"index"})
-            .let(u"",
-                 [](Box& self, int32_t i, Variant v) {
-                   self.slots.at(static_cast<size_t>(i)) = std::move(v);
-                 },
-                 {u"index"})
-            .get(u"Self", [](Box& self) { return self.shared_from_this(); })
-            .get(u"List",
-                 [](Box&) {
-                   SafeArray list = SafeArray::vector(VarType::Variant, 0, 1);
-                   list.elements = {Variant(int16_t{10}), Variant(int16_t{20})};
-                   return Variant(std::move(list));
-                 })
-            .build();
-    return &table;
+  static constexpr StringView kClassName = u"Box";
+  static ClassInfo describe() {
+    return ClassBuilder<Box>(kClassName, false)
+        .get(u"", [](Box& self, int32_t i) { return self.slots.at(static_cast<size_t>(i)); },
+             {u"index"})
+        .let(u"",
+             [](Box& self, int32_t i, Variant v) {
+               self.slots.at(static_cast<size_t>(i)) = std::move(v);
+             },
+             {u"index"})
+        .get(u"Self", [](Box& self) { return self.shared_from_this(); })
+        .get(u"List",
+             [](Box&) {
+               SafeArray list = SafeArray::vector(VarType::Variant, 0, 1);
+               list.elements = {Variant(int16_t{10}), Variant(int16_t{20})};
+               return Variant(std::move(list));
+             })
+        .build();
   }
   std::vector<Variant> slots = std::vector<Variant>(3);
 };

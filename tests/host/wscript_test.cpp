@@ -18,9 +18,9 @@ namespace {
 using namespace std::chrono_literals;
 
 // A test object with an event: "Tick" with one by-reference argument.
-class Ticker : public Object, public EventSource {
+class Ticker : public PublicClass<Ticker>, public EventSource {
  public:
-  StringView className() const override { return u"Ticker"; }
+  static constexpr StringView kClassName = u"Ticker";
   void tick(int32_t value) {
     Variant arguments[] = {Variant(value)};
     raise(arguments);
@@ -44,7 +44,7 @@ struct Harness {
   Variant call(const ObjectRef& object, StringView name, MemberKind kind,
                std::vector<Variant> values = {}) {
     std::vector<CallArgument> arguments(values.begin(), values.end());
-    const MemberInfo* member = object->memberTable()->find(name, kind);
+    const MemberInfo* member = object->classInfo().find(name, kind);
     if (member == nullptr) raiseRuntimeError(vb_error::kMemberNotSupported);
     return callMember(*object, *member, arguments);
   }

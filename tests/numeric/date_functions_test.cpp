@@ -134,13 +134,13 @@ TEST(DateFunctionsTest, DateByWeekNumberErrorsAreThePlatformsOwn) {
 
 TEST(DateFunctionsTest, MembersAreCallableByNameWithConvertedArguments) {
   ClassRegistry registry;
-  registry.addClass(DateFunctions::describe());
+  registry.add<DateFunctions>();
   ObjectRef dates = registry.create(u"DateFunctions");
   ASSERT_NE(dates, nullptr);
   EXPECT_EQ(dates->className(), u"DateFunctions");
 
   auto call = [&](StringView name, std::vector<CallArgument> arguments) {
-    return callMember(dates, name, MemberKind::Method, arguments, registry);
+    return callMember(dates, name, MemberKind::Method, arguments);
   };
   EXPECT_EQ(call(u"getlastdayofmonth", {{Variant(u"2")}, {Variant(1900.5)}}), Variant(int16_t{29}));
   EXPECT_EQ(call(u"GetWeekNumber", {{Variant(u"2010-01-01")}}), Variant(int16_t{53}));

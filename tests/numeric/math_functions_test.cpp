@@ -2,7 +2,7 @@
 
 #include <cmath>
 #include <limits>
-#include <ravelin/frame/class_registry.hpp>
+#include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/numeric/math_functions.hpp>
@@ -214,7 +214,7 @@ TEST(MathFunctionsTest, KeysAndWeekTitles) {
 }
 
 TEST(MathFunctionsTest, LateBoundCallsUseTheDefaults) {
-  const ObjectRef math = ClassRegistry::library().create(u"Ravelin.MathFunctions");
+  const ObjectRef math = libraryRegistry().create(u"Ravelin.MathFunctions");
   const auto call = [&](StringView name, std::vector<CallArgument> arguments) {
     return callMember(math, name, MemberKind::Method, arguments);
   };
