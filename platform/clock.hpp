@@ -50,12 +50,15 @@ class Clock {
   virtual ~Clock() = default;
 
   // The monotonic time: it never goes back and does not follow changes of the date and time.
-  virtual TimePoint now() const = 0;
+  // Every system's own is the standard library's steady clock.
+  virtual TimePoint now() const { return std::chrono::steady_clock::now(); }
 
   // Waits on `wake` (the caller's lock held on entry and on return) until it is notified or the
   // monotonic time reaches `deadline`. May return early; the caller checks again.
   virtual void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& wake,
-                         TimePoint deadline) = 0;
+                         TimePoint deadline) {
+    wake.wait_until(lock, deadline);
+  }
 
   // The current date and time in UTC.
   virtual UtcTime utcNow() const = 0;

@@ -9,13 +9,6 @@ namespace {
 
 class PosixClock final : public Clock {
  public:
-  TimePoint now() const override { return std::chrono::steady_clock::now(); }
-
-  void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& wake,
-                 TimePoint deadline) override {
-    wake.wait_until(lock, deadline);
-  }
-
   UtcTime utcNow() const override {
     timespec time{};
     clock_gettime(CLOCK_REALTIME, &time);

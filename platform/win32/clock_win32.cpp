@@ -28,13 +28,6 @@ FILETIME fileTimeOf(int64_t ticks) {
 
 class Win32Clock final : public Clock {
  public:
-  TimePoint now() const override { return std::chrono::steady_clock::now(); }
-
-  void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& wake,
-                 TimePoint deadline) override {
-    wake.wait_until(lock, deadline);
-  }
-
   UtcTime utcNow() const override {
     FILETIME time{};
     GetSystemTimeAsFileTime(&time);
