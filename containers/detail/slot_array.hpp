@@ -88,7 +88,7 @@ class SlotArray {
   }
 
   // add, with any failure trapped: the new element's index, or -1 and the array unchanged.
-  int32_t tryAppend(T value) {
+  int32_t tryAppend(T&& value) {
     const int32_t index = count_;
     if (index == slotCount_ && !tryGrow()) return -1;
     slots_[static_cast<std::size_t>(index)] = std::move(value);
