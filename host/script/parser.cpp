@@ -769,7 +769,9 @@ class Parser {
       }
       return s;
     }
-    // One-line If: statements separated by ":" up to Else, then up to the end of the line.
+    // One-line If: statements separated by ":" up to Else, then up to the end of the line. A
+    // branch may hold another one-line If, so each counts as nesting like a block.
+    DepthGuard guard(*this);
     ++inlineIf_;
     first.body = parseInlineStatements();
     s->branches.push_back(std::move(first));

@@ -357,6 +357,19 @@ TEST(ParserTest, DeepNestingIsRefusedNotOverflowed) {
         return s;
       }(),
       "x = f" + std::string(5000, '(') + "1" + std::string(5000, ')'),
+      // One-line Ifs nest within one line, each branch holding the next.
+      [] {
+        std::string s;
+        for (int i = 0; i < 30000; ++i)
+          s += "If True Then ";
+        return s + "x = 1";
+      }(),
+      [] {
+        std::string s;
+        for (int i = 0; i < 30000; ++i)
+          s += "If a Then b Else ";
+        return s + "c";
+      }(),
       [] {
         // Every operator level at once, then a parenthesis, again and again.
         std::string s = "x = ";
@@ -376,6 +389,10 @@ TEST(ParserTest, DeepNestingIsRefusedNotOverflowed) {
   }
   // Nesting within the limits parses.
   EXPECT_NO_THROW(parseScript("x = " + std::string(100, '(') + "1" + std::string(100, ')')));
+  std::string oneLine;
+  for (int i = 0; i < 100; ++i)
+    oneLine += "If True Then ";
+  EXPECT_NO_THROW(parseScript(oneLine + "x = 1"));
 }
 
 TEST(ParserTest, ExpressionsForEval) {
