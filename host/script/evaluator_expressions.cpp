@@ -458,6 +458,8 @@ Variant Evaluator::evalText(Frame& frame, const std::vector<Argument>* args, boo
 
 Variant Evaluator::callScript(Frame& caller, const ProcedureRef& procedure,
                               const std::vector<Argument>* args) {
+  // The definition as the call starts: an argument may redefine the procedure (ExecuteGlobal),
+  // and the new definition applies only to later calls.
   const Procedure& proc = *procedure.procedure;
   const std::size_t count = args != nullptr ? args->size() : 0;
   if (count > proc.parameters.size()) raiseScriptError(vb_error::kWrongArgumentCount);
@@ -484,7 +486,7 @@ Variant Evaluator::callScript(Frame& caller, const ProcedureRef& procedure,
       callee.slots[i] = eval(caller, *arg->value);
     }
   }
-  Variant result = runProcedure(procedure, callee);
+  Variant result = runProcedure(callee);
   storeWriteBacks(writeBacks);
   return result;
 }

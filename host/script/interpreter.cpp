@@ -267,7 +267,7 @@ ScriptError Evaluator::toScriptError(const AutomationError& error) const {
   return ScriptError(asScriptError(error), position.line, position.column);
 }
 
-Variant Evaluator::runProcedure(const ProcedureRef& procedure, Frame& callee) {
+Variant Evaluator::runProcedure(Frame& callee) {
   if (callDepth_ >= kMaxCallDepth) raiseScriptError(script_error::kOutOfStackSpace);
   checkStack();
   ++callDepth_;
@@ -275,8 +275,10 @@ Variant Evaluator::runProcedure(const ProcedureRef& procedure, Frame& callee) {
     int& depth;
     ~DepthGuard() { --depth; }
   } guard{callDepth_};
-  execBlock(callee, procedure.procedure->body);
-  const int32_t result = procedure.procedure->resultSlot;
+  // The frame's own definition: the procedure's name may be given a new one while it runs.
+  const Procedure& proc = *callee.procedure;
+  execBlock(callee, proc.body);
+  const int32_t result = proc.resultSlot;
   if (result == kNoSlot) return Variant();
   return std::move(callee.slots[static_cast<std::size_t>(result)]);
 }
@@ -302,7 +304,7 @@ void Evaluator::callFromHost(const ProcedureRef& procedure, std::span<Variant> a
       callee.slots[i] = arguments[i];
     }
   }
-  runProcedure(procedure, callee);
+  runProcedure(callee);
 }
 
 }  // namespace detail

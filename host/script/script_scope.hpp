@@ -187,7 +187,8 @@ class Evaluator {
   // ---- calls ----
   Variant callScript(Frame& caller, const ProcedureRef& procedure,
                      const std::vector<Argument>* args);
-  Variant runProcedure(const ProcedureRef& procedure, Frame& callee);
+  // Runs the frame's procedure (callee.procedure, fixed when the frame was made).
+  Variant runProcedure(Frame& callee);
   Variant callObject(Frame& frame, const ObjectRef& object, StringView name,
                      const std::vector<Argument>* args, bool preferMethod,
                      const Variant* assigned = nullptr, bool isSet = false);

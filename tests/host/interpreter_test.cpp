@@ -385,6 +385,32 @@ TEST(InterpreterTest, EvalAndExecute) {
   });
 }
 
+// A running call keeps the definition it started with; a new one applies to later calls.
+TEST(InterpreterTest, RedefiningARunningProcedure) {
+  // The new F has more parameters and locals than the frame the running F was given.
+  std::string bigger = "Function F(";
+  for (int i = 0; i < 20; ++i)
+    bigger += (i ? ", p" : "p") + std::to_string(i);
+  bigger += ") : Dim ";
+  for (int i = 0; i < 20; ++i)
+    bigger += (i ? ", l" : "l") + std::to_string(i);
+  bigger += " : F = 2 : End Function";
+  expectRuns({
+      {"Function F() : ExecuteGlobal \"" + bigger + "\" : F = 1 : End Function\n"
+       "out.Echo F() : out.Echo F(1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20)",
+       "1|2"},
+      {"Function F(a) : F = a * 10 : End Function\n"
+       "Function G() : ExecuteGlobal \"Function F() : F = 7 : End Function\" : G = 3 : End "
+       "Function\n"
+       "out.Echo F(G()) : out.Echo F()",
+       "30|7"},
+      {"Sub S(n) : If n = 0 Then ExecuteGlobal \"Sub S(n) : out.Echo \"\"new\"\" : End Sub\" "
+       "Else S n - 1 : out.Echo n : End If : End Sub\n"
+       "S 2 : S 5",
+       "1|2|new"},
+  });
+}
+
 TEST(InterpreterTest, PromptAndEvents) {
   // State kept between lines and by-reference event arguments are pinned by the prompt and
   // WScript tests; here, names in another case, a missing procedure and failing lines.
