@@ -321,9 +321,10 @@ Variant Evaluator::callObject(Frame& frame, const ObjectRef& object, StringView 
   }
   const bool hasIndexes = args != nullptr && !args->empty() && name != u"";
   if (hasIndexes) {
-    // obj.Items(0) where Items takes no index: the indexes apply to the property's value (an
-    // array element or the default member of the object it returns).
-    const MemberInfo* getter = find(MemberKind::PropertyGet, MemberKind::Method);
+    // obj.Items(0) where the property Items takes no index: the indexes apply to its value (an
+    // array element or the default member of the object it returns). Only a property get is
+    // read this way: a method without parameters given arguments is refused before it runs.
+    const MemberInfo* getter = info.find(name, MemberKind::PropertyGet);
     const std::size_t ownParameters =
         member != nullptr ? member->parameters.size() - (assigned != nullptr ? 1 : 0) : 0;
     if (getter != nullptr && getter->parameters.empty() &&
