@@ -1,9 +1,11 @@
 // Statements: declarations, assignment, calls, the branches and loops, With and On Error.
 #include <algorithm>
+#include <new>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/operators.hpp>
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/script_scope.hpp>
+#include <stdexcept>
 
 namespace ravelin::script::detail {
 namespace {
@@ -354,6 +356,10 @@ Flow Evaluator::execBlock(Frame& frame, const Block& block) {
       } catch (const AutomationError& error) {
         // On Error Resume Next: note the error and go on with the next statement.
         err->set(asScriptError(error));
+      } catch (const std::bad_alloc&) {
+        err->set(outOfMemoryError());
+      } catch (const std::length_error&) {
+        err->set(outOfMemoryError());
       }
     }
     if (flow != Flow::Normal) return flow;

@@ -64,6 +64,10 @@ AutomationError asScriptError(const AutomationError& error) {
   return AutomationError(error.number(), error.source(), error.description());
 }
 
+AutomationError outOfMemoryError() {
+  return AutomationError(vb_error::kOutOfMemory, String(kScriptRuntimeSource), u"Out of memory");
+}
+
 Evaluator::Evaluator() : err(std::make_shared<ErrObject>()) {}
 
 Unit& Evaluator::addUnit(Program program) {
@@ -341,11 +345,9 @@ auto enter(detail::Evaluator& evaluator, Work work) {
   } catch (const AutomationError& error) {
     throw evaluator.toScriptError(error);
   } catch (const std::bad_alloc&) {
-    throw evaluator.toScriptError(AutomationError(
-        vb_error::kOutOfMemory, String(detail::kScriptRuntimeSource), u"Out of memory"));
+    throw evaluator.toScriptError(detail::outOfMemoryError());
   } catch (const std::length_error&) {
-    throw evaluator.toScriptError(AutomationError(
-        vb_error::kOutOfMemory, String(detail::kScriptRuntimeSource), u"Out of memory"));
+    throw evaluator.toScriptError(detail::outOfMemoryError());
   }
 }
 

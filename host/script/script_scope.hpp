@@ -57,6 +57,10 @@ class MemberError : public AutomationError {
 // built-in functions) carry the script runtime's source.
 AutomationError asScriptError(const AutomationError& error);
 
+// Error 7 as the script sees it, for an allocation that failed (std::bad_alloc, or a container
+// asked for more than it can hold).
+AutomationError outOfMemoryError();
+
 struct Unit;
 
 // A Sub or Function with the unit whose name table its body uses.

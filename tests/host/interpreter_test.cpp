@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <new>
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/public_class.hpp>
@@ -52,6 +53,8 @@ class Box : public PublicClass<Box> {
     return ClassBuilder<Box>(kClassName, false)
         .get(u"", [](Box& self, int32_t i) { return self.slots.at(static_cast<size_t>(i)); },
              {u"index"})
+        // A member whose allocation fails, as when the heap is exhausted.
+        .method(u"Exhaust", [](Box&) -> Variant { throw std::bad_alloc(); })
         .let(u"",
              [](Box& self, int32_t i, Variant v) {
                self.slots.at(static_cast<size_t>(i)) = std::move(v);
@@ -237,8 +240,38 @@ TEST(InterpreterTest, LibraryObjects) {
   });
 }
 
+// A member given arguments it does not take raises 450 before it runs: the object is as it was.
+TEST(InterpreterTest, ArgumentsAreCheckedBeforeAMemberRuns) {
+  const std::string fill =
+      "Set a = CreateObject(\"clsArrayLong\") : a.add 1 : a.add 2 : a.add 3\n"
+      "On Error Resume Next\n";
+  const std::string report = "\nout.Echo Err.Number & \" \" & a.getCount()";
+  expectRuns({
+      {fill + "a.clear 99" + report, "450 3"},
+      {fill + "a.clear(99)" + report, "450 3"},
+      {fill + "a.removeLastItem(5)" + report, "450 3"},
+      {fill + "x = a.removeLastItem(5)" + report, "450 3"},
+      {fill + "a.removeLastItem 5, 6" + report, "450 3"},
+      {fill + "a.clear(1) = 5" + report, "438 3"},
+      {fill + "a.add" + report, "449 3"},
+      {fill + "a.add 4, 5" + report, "450 3"},
+      {fill + "a.add \"four\"" + report, "13 3"},
+      {"Set c = CreateObject(\"clsCollection\") : c.add 1, \"k\"\nOn Error Resume Next\n"
+       "c.removeAll \"oops\"\nout.Echo Err.Number & \" \" & c.getCount",
+       "450 1"},
+  });
+}
+
 TEST(InterpreterTest, ErrorTrappingAndErr) {
   expectRuns({
+      // Running out of memory is error 7, which On Error Resume Next traps like any other,
+      // also when it happens in a procedure the trapping one called.
+      {"On Error Resume Next\nbox.Exhaust\nout.Echo Err.Number & \" \" & Err.Description",
+       "7 Out of memory"},
+      {"Sub S : box.Exhaust : out.Echo \"not here\" : End Sub\nOn Error Resume Next\nS\n"
+       "out.Echo Err.Number",
+       "7"},
+      {"box.Exhaust", "", "7 Microsoft VBScript runtime error: Out of memory @1"},
       {"On Error Resume Next\nx = 1 / 0\nout.Echo Err.Number & \" \" & Err.Source\n"
        "Err.Clear : out.Echo Err.Number",
        "11 Microsoft VBScript runtime error|0"},
@@ -396,8 +429,9 @@ TEST(InterpreterTest, RedefiningARunningProcedure) {
     bigger += (i ? ", l" : "l") + std::to_string(i);
   bigger += " : F = 2 : End Function";
   expectRuns({
-      {"Function F() : ExecuteGlobal \"" + bigger + "\" : F = 1 : End Function\n"
-       "out.Echo F() : out.Echo F(1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20)",
+      {"Function F() : ExecuteGlobal \"" + bigger +
+           "\" : F = 1 : End Function\n"
+           "out.Echo F() : out.Echo F(1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20)",
        "1|2"},
       {"Function F(a) : F = a * 10 : End Function\n"
        "Function G() : ExecuteGlobal \"Function F() : F = 7 : End Function\" : G = 3 : End "
