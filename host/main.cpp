@@ -14,6 +14,7 @@
 #include <ravelin/host/script_source.hpp>
 #include <ravelin/platform/terminal.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #ifndef RAVELIN_VERSION
@@ -37,13 +38,21 @@ void writeErr(const std::string& text) {
   std::fflush(stderr);
 }
 
-std::string readAllInput() {
-  std::string bytes;
-  char buffer[65536];
-  std::size_t got;
-  while ((got = std::fread(buffer, 1, sizeof buffer, stdin)) > 0)
-    bytes.append(buffer, got);
-  return bytes;
+// The script's bytes from a file or standard input, or an error line and false.
+bool readScript(const std::string& label, ScriptBytes read, std::string& bytes) {
+  switch (read.status) {
+    case ScriptBytes::Status::Read:
+      bytes = std::move(read.bytes);
+      return true;
+    case ScriptBytes::Status::TooLarge:
+      writeErr("ravelin: script " + label + " is larger than " +
+               std::to_string(kMaxScriptBytes >> 20) + " MiB\n");
+      return false;
+    case ScriptBytes::Status::Unreadable:
+      break;
+  }
+  writeErr("ravelin: cannot read script file " + label + "\n");
+  return false;
 }
 
 String fullPathOf(const std::string& path) {
@@ -120,16 +129,17 @@ int hostMain(int argc, char** argv) {
     case HostAction::RunFile:
       if (line.target == "-") {
         label = "<stdin>";
-        source = decodeScriptSource(readAllInput());
+        std::string bytes;
+        if (!readScript(label, readScriptBytes(stdin), bytes)) return kExitSyntaxOrUsageError;
+        source = decodeScriptSource(bytes);
         identity.fullPath = identity.path = fromUtf8(label);
       } else {
         label = line.target;
-        auto bytes = readFileBytes(line.target);
-        if (!bytes) {
-          writeErr("ravelin: cannot read script file " + line.target + "\n");
+        std::string bytes;
+        if (!readScript(label, readScriptBytes(line.target), bytes)) {
           return kExitSyntaxOrUsageError;
         }
-        source = decodeScriptSource(*bytes);
+        source = decodeScriptSource(bytes);
         identity.path = fromUtf8(line.target);
         identity.fullPath = fullPathOf(line.target);
       }
@@ -139,11 +149,14 @@ int hostMain(int argc, char** argv) {
       source = fromUtf8(line.target);
       identity.fullPath = identity.path = fromUtf8(label);
       break;
-    case HostAction::RunInput:
+    case HostAction::RunInput: {
       label = "<stdin>";
-      source = decodeScriptSource(readAllInput());
+      std::string bytes;
+      if (!readScript(label, readScriptBytes(stdin), bytes)) return kExitSyntaxOrUsageError;
+      source = decodeScriptSource(bytes);
       identity.fullPath = identity.path = fromUtf8(label);
       break;
+    }
     default:  // the prompt
       label = "<prompt>";
       identity.fullPath = identity.path = fromUtf8(label);

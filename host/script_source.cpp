@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -21,20 +22,57 @@ String decodeScriptSource(std::string_view bytes) {
   return fromUtf8(bytes);
 }
 
-std::optional<std::string> readFileBytes(const std::string& path) {
+namespace {
+
+constexpr std::size_t kReadChunk = 65536;
+
+// Reads chunks until the end or until more than `limit` bytes have come.
+template <typename ReadChunk>
+ScriptBytes readBounded(std::size_t limit, ReadChunk readChunk) {
+  ScriptBytes result;
+  char buffer[kReadChunk];
+  for (;;) {
+    const std::size_t wanted = std::min(kReadChunk, limit + 1 - result.bytes.size());
+    const std::size_t got = readChunk(buffer, wanted);
+    if (got == 0) break;
+    result.bytes.append(buffer, got);
+    if (result.bytes.size() > limit) {
+      result.status = ScriptBytes::Status::TooLarge;
+      result.bytes.clear();
+      break;
+    }
+  }
+  return result;
+}
+
+ScriptBytes unreadable() {
+  return {ScriptBytes::Status::Unreadable, {}};
+}
+
+}  // namespace
+
+ScriptBytes readScriptBytes(const std::string& path, std::size_t limit) {
   // The path is UTF-8; the path type converts it for the system (UTF-16 on Windows).
   std::filesystem::path filePath(std::u8string(path.begin(), path.end()));
   std::error_code failed;
-  if (std::filesystem::is_directory(filePath, failed)) return std::nullopt;
+  if (std::filesystem::is_directory(filePath, failed)) return unreadable();
   try {
     std::ifstream file(filePath, std::ios::binary);
-    if (!file) return std::nullopt;
-    std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (file.bad()) return std::nullopt;
-    return bytes;
+    if (!file) return unreadable();
+    ScriptBytes result = readBounded(limit, [&](char* buffer, std::size_t size) {
+      file.read(buffer, static_cast<std::streamsize>(size));
+      return static_cast<std::size_t>(file.gcount());
+    });
+    return file.bad() ? unreadable() : result;
   } catch (const std::ios_base::failure&) {
-    return std::nullopt;
+    return unreadable();
   }
+}
+
+ScriptBytes readScriptBytes(std::FILE* stream, std::size_t limit) {
+  ScriptBytes result = readBounded(
+      limit, [&](char* buffer, std::size_t size) { return std::fread(buffer, 1, size, stream); });
+  return std::ferror(stream) != 0 ? unreadable() : result;
 }
 
 }  // namespace ravelin::host

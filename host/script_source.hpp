@@ -1,7 +1,8 @@
 // Reading a script's text: the file or input bytes decoded to automation text.
 #pragma once
 
-#include <optional>
+#include <cstddef>
+#include <cstdio>
 #include <ravelin/base/text.hpp>
 #include <string>
 #include <string_view>
@@ -12,7 +13,21 @@ namespace ravelin::host {
 // (malformed sequences read as U+FFFD). The byte-order mark is dropped.
 String decodeScriptSource(std::string_view bytes);
 
-// The bytes of a file (or a pipe); nothing when it is missing, a folder or cannot be read.
-std::optional<std::string> readFileBytes(const std::string& path);
+// The most bytes a script file or the script on standard input may have (16 MiB): enough for
+// any real script, and it decodes to no more than the longest text a script may build.
+inline constexpr std::size_t kMaxScriptBytes = std::size_t{16} << 20;
+
+// The bytes of a script, or why there are none.
+struct ScriptBytes {
+  enum class Status { Read, Unreadable, TooLarge };
+  Status status = Status::Read;
+  std::string bytes;  // when Read
+};
+
+// Reads a file (or a pipe or device) or an open stream, never more than `limit` + 1 bytes, so
+// an endless source (/dev/zero, a pipe that never closes its end) ends as TooLarge. A missing
+// path, a folder or a read error is Unreadable.
+ScriptBytes readScriptBytes(const std::string& path, std::size_t limit = kMaxScriptBytes);
+ScriptBytes readScriptBytes(std::FILE* stream, std::size_t limit = kMaxScriptBytes);
 
 }  // namespace ravelin::host

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <ravelin/host/script_source.hpp>
@@ -41,10 +42,52 @@ TEST(ScriptSource, ReadsFilesButNotFoldersOrMissingPaths) {
     std::ofstream out(file, std::ios::binary);
     out << std::string("a\0\xFF\r\n", 5);
   }
-  EXPECT_EQ(readFileBytes(file.string()), std::string("a\0\xFF\r\n", 5));
+  const ScriptBytes read = readScriptBytes(file.string());
+  EXPECT_EQ(read.status, ScriptBytes::Status::Read);
+  EXPECT_EQ(read.bytes, std::string("a\0\xFF\r\n", 5));
   fs::remove(file);
-  EXPECT_EQ(readFileBytes(file.string()), std::nullopt);
-  EXPECT_EQ(readFileBytes(folder.string()), std::nullopt);
+  EXPECT_EQ(readScriptBytes(file.string()).status, ScriptBytes::Status::Unreadable);
+  EXPECT_EQ(readScriptBytes(folder.string()).status, ScriptBytes::Status::Unreadable);
+}
+
+// A script is read up to its limit and no further, so an endless source ends.
+TEST(ScriptSource, RefusesScriptsPastTheLimit) {
+  namespace fs = std::filesystem;
+  const fs::path file = fs::temp_directory_path() / "ravelin_script_source_limit.vbs";
+  struct Row {
+    std::size_t size;
+    std::size_t limit;
+    ScriptBytes::Status status;
+  };
+  const Row rows[] = {
+      {0, 0, ScriptBytes::Status::Read},
+      {1, 0, ScriptBytes::Status::TooLarge},
+      {100000, 100000, ScriptBytes::Status::Read},
+      {100001, 100000, ScriptBytes::Status::TooLarge},
+      {65536, 65535, ScriptBytes::Status::TooLarge},
+      {65536, 65536, ScriptBytes::Status::Read},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::to_string(row.size) + " of " + std::to_string(row.limit));
+    {
+      std::ofstream out(file, std::ios::binary);
+      out << std::string(row.size, 'x');
+    }
+    const ScriptBytes fromPath = readScriptBytes(file.string(), row.limit);
+    EXPECT_EQ(fromPath.status, row.status);
+    if (row.status == ScriptBytes::Status::Read) {
+      EXPECT_EQ(fromPath.bytes.size(), row.size);
+    }
+    std::FILE* stream = std::fopen(file.string().c_str(), "rb");
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(readScriptBytes(stream, row.limit).status, row.status);
+    std::fclose(stream);
+  }
+  fs::remove(file);
+  // A device that never ends.
+  if (fs::exists("/dev/zero")) {
+    EXPECT_EQ(readScriptBytes("/dev/zero").status, ScriptBytes::Status::TooLarge);
+  }
 }
 
 }  // namespace
