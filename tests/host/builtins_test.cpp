@@ -268,6 +268,45 @@ TEST(BuiltinsTest, Math) {
   });
 }
 
+// Int, Fix and Round of a Currency are exact up to both ends of its range; a result the range
+// cannot hold raises 6, as Currency arithmetic does.
+TEST(BuiltinsTest, CurrencyRoundingAtTheEndsOfTheRange) {
+  constexpr int64_t kMax = INT64_MAX;                // 922337203685477.5807
+  constexpr int64_t kMin = INT64_MIN;                // -922337203685477.5808
+  constexpr int64_t kTopUnit = 9223372036854770000;  // 922337203685477
+  runRows({
+      {u"Int", {Cur(kMin)}, {}, 6},
+      {u"Int", {Cur(-kTopUnit - 1)}, {}, 6},
+      {u"Int", {Cur(-kTopUnit)}, Cur(-kTopUnit)},
+      {u"Int", {Cur(kMax)}, Cur(kTopUnit)},
+      {u"Int", {Cur(-1)}, Cur(-10000)},
+      {u"Fix", {Cur(kMin)}, Cur(-kTopUnit)},
+      {u"Fix", {Cur(kMax)}, Cur(kTopUnit)},
+      {u"Round", {Cur(kMax)}, {}, 6},
+      {u"Round", {Cur(kMin)}, {}, 6},
+      {u"Round", {Cur(kTopUnit + 5000)}, {}, 6},  // .5 rounds to the even 922337203685478
+      {u"Round", {Cur(-kTopUnit - 5000)}, {}, 6},
+      {u"Round", {Cur(kTopUnit + 4999)}, Cur(kTopUnit)},
+      {u"Round", {Cur(-kTopUnit - 4999)}, Cur(-kTopUnit)},
+      {u"Round", {Cur(kTopUnit - 5000)}, Cur(kTopUnit - 10000)},
+      {u"Round", {Cur(kMax), I(1)}, {}, 6},
+      {u"Round", {Cur(kMin), I(1)}, {}, 6},
+      {u"Round", {Cur(kMax - 758), I(1)}, Cur(kMax - 807)},  // .5049 to .5
+      {u"Round", {Cur(kMax), I(2)}, Cur(kMax - 7)},
+      {u"Round", {Cur(kMin), I(2)}, Cur(kMin + 8)},
+      {u"Round", {Cur(kMax), I(3)}, {}, 6},
+      {u"Round", {Cur(kMin), I(3)}, {}, 6},
+      {u"Round", {Cur(kMax - 2), I(3)}, Cur(kMax - 7)},   // .5805: 580 is even
+      {u"Round", {Cur(kMax - 12), I(3)}, Cur(kMax - 7)},  // .5795: 579 is odd
+      {u"Round", {Cur(kMin + 3), I(3)}, Cur(kMin + 8)},   // -.5805
+      {u"Round", {Cur(kMax), I(4)}, Cur(kMax)},
+      {u"Round", {Cur(kMin), I(9)}, Cur(kMin)},
+      {u"Abs", {Cur(kMin)}, {}, 6},
+      {u"Abs", {Cur(kMin + 1)}, Cur(kMax)},
+      {u"CLng", {Cur(kMax)}, {}, 6},
+  });
+}
+
 TEST(BuiltinsTest, RndFollowsTheRuntimesSequence) {
   const Builtin* rnd = findBuiltin(u"rnd");
   ASSERT_NE(rnd, nullptr);
