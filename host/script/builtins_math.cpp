@@ -194,10 +194,13 @@ double tanOf(double x) {
   return std::tan(x);
 }
 
-// Digits of a Long's 32-bit two's complement in base 2^bits (Hex -1 is "FFFFFFFF").
+// Digits of a number's two's complement in base 2^bits: an Integer in 16 bits (Hex of the
+// Integer -1 is "FFFF"), anything else rounded to a Long and written in 32 bits (Hex of the Long
+// -1 is "FFFFFFFF"; a Byte is never negative).
 Variant radixText(const Variant& value, unsigned bits) {
   if (value.isNull()) return value;
-  auto n = static_cast<uint32_t>(CLng(value));
+  auto n = value.type() == VarType::Integer ? uint32_t{static_cast<uint16_t>(value.asInteger())}
+                                            : static_cast<uint32_t>(CLng(value));
   char16_t buffer[16];
   char16_t* end = buffer + 16;
   char16_t* p = end;

@@ -255,16 +255,43 @@ TEST(BuiltinsTest, Math) {
       {u"Sqr", {D(-1)}, {}, 5},
       {u"Log", {D(0)}, {}, 5},
       {u"Exp", {D(1000)}, {}, 6},
-      {u"Hex", {L(255)}, S(u"FF")},
-      {u"Hex", {I(-1)}, S(u"FFFFFFFF")},
-      {u"Hex", {L(-2147483647 - 1)}, S(u"80000000")},
-      {u"Hex", {D(2.5)}, S(u"2")},
-      {u"Hex", {kNull}, kNull},
-      {u"Hex", {D(4294967295.0)}, {}, 6},
-      {u"Oct", {I(-1)}, S(u"37777777777")},
       {u"RGB", {I(255), I(0), I(1)}, L(0x0100FF)},
       {u"RGB", {I(300), D(127.5), I(0)}, L(0x0080FF)},
       {u"RGB", {I(-1), I(0), I(0)}, {}, 5},
+  });
+}
+
+// Hex and Oct write an Integer in 16 bits, a Byte and a Long as themselves, anything else
+// rounded to a Long first.
+TEST(BuiltinsTest, HexAndOctKeepTheWidthOfTheType) {
+  const Variant byte255 = Variant(uint8_t{255});
+  runRows({
+      {u"Hex", {L(255)}, S(u"FF")},
+      {u"Hex", {byte255}, S(u"FF")},
+      {u"Hex", {I(-1)}, S(u"FFFF")},
+      {u"Hex", {I(-32768)}, S(u"8000")},
+      {u"Hex", {I(32767)}, S(u"7FFF")},
+      {u"Hex", {I(0)}, S(u"0")},
+      {u"Hex", {L(-1)}, S(u"FFFFFFFF")},
+      {u"Hex", {L(65535)}, S(u"FFFF")},
+      {u"Hex", {L(-32769)}, S(u"FFFF7FFF")},
+      {u"Hex", {L(-2147483647 - 1)}, S(u"80000000")},
+      {u"Hex", {D(-1)}, S(u"FFFFFFFF")},
+      {u"Hex", {S(u"-1")}, S(u"FFFFFFFF")},
+      {u"Hex", {B(true)}, S(u"FFFFFFFF")},
+      {u"Hex", {Cur(-10000)}, S(u"FFFFFFFF")},
+      {u"Hex", {kEmpty}, S(u"0")},
+      {u"Hex", {D(2.5)}, S(u"2")},
+      {u"Hex", {kNull}, kNull},
+      {u"Hex", {D(4294967295.0)}, {}, 6},
+      {u"Oct", {I(-1)}, S(u"177777")},
+      {u"Oct", {I(-32768)}, S(u"100000")},
+      {u"Oct", {I(8)}, S(u"10")},
+      {u"Oct", {byte255}, S(u"377")},
+      {u"Oct", {L(-1)}, S(u"37777777777")},
+      {u"Oct", {L(-2147483647 - 1)}, S(u"20000000000")},
+      {u"Oct", {D(-1)}, S(u"37777777777")},
+      {u"Oct", {kNull}, kNull},
   });
 }
 

@@ -128,6 +128,8 @@ TEST(InterpreterTest, OperatorsPromotionsAndNull) {
       {"out.Echo Null + 1 : out.Echo Null & \"a\" : out.Echo IsNull(Null = 1)", "Null|a|True"},
       {"out.Echo Null And False : out.Echo True Or Null : out.Echo Not Empty", "False|True|-1"},
       {"x = 5 : out.Echo -x & \" \" & TypeName(-x)", "-5 Integer"},
+      {"out.Echo Hex(-1) & \" \" & Hex(CInt(-1)) & \" \" & Hex(-32769) & \" \" & Oct(-1)",
+       "FFFF FFFF FFFF7FFF 177777"},
       {"out.Echo 1 / 0", "", "11 Microsoft VBScript runtime error: Division by zero @1"},
       {"out.Echo \"a\" * 2", "", "13 Microsoft VBScript runtime error: Type mismatch @1"},
       {"out.Echo 5 Xor 3, 5 Eqv 3", "",
