@@ -1,5 +1,6 @@
 // Statements: declarations, assignment, calls, the branches and loops, With and On Error.
 #include <algorithm>
+#include <cstdint>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/operators.hpp>
 #include <ravelin/host/script/interpreter.hpp>
@@ -91,19 +92,27 @@ class StatementRunner {
     return Flow::Normal;
   }
 
+  // The array of Dim, ReDim and ReDim Preserve: bounds 0 to each upper bound. More dimensions
+  // than an array may have, or an upper bound below -1, raise 9; more elements than an array may
+  // hold raise 7, a single dimension too, since an empty one makes the product 0.
   SafeArray newArray(const std::vector<ExprPtr>& bounds) {
+    if (bounds.size() > kMaxArrayDimensions) raiseScriptError(vb_error::kSubscriptOutOfRange);
     SafeArray array;
-    std::size_t total = 1;
+    uint64_t total = 1;
     for (const ExprPtr& bound : bounds) {
       const int32_t upper = CLng(e_.evalValue(frame_, *bound));
       if (upper < -1) raiseScriptError(vb_error::kSubscriptOutOfRange);
-      const int32_t count = upper + 1;
-      total *= static_cast<std::size_t>(count);
-      if (total > kMaxArrayElements) raiseScriptError(vb_error::kOutOfMemory);
-      array.bounds.push_back(SafeArray::Bound{0, count});
+      // At most 2^31, and total is at most kMaxArrayElements here, so neither overflows.
+      const auto count = static_cast<uint64_t>(int64_t{upper} + 1);
+      total *= count;
+      if (count > kMaxArrayElements || total > kMaxArrayElements) {
+        raiseScriptError(vb_error::kOutOfMemory);
+      }
+      array.bounds.push_back(SafeArray::Bound{0, static_cast<int32_t>(count)});
     }
-    e_.chargeSteps(total / Evaluator::kElementsPerStep);
-    array.elements.resize(total);
+    const auto elements = static_cast<std::size_t>(total);
+    e_.chargeSteps(elements / Evaluator::kElementsPerStep);
+    array.elements.resize(elements);
     return array;
   }
 

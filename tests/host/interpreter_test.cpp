@@ -347,6 +347,41 @@ TEST(InterpreterTest, Arrays) {
   });
 }
 
+// Array sizes: each dimension and the whole are counted without overflow, more elements than an
+// array may hold raise 7, a bound below -1 raises 9, and so do more than 60 dimensions.
+TEST(InterpreterTest, ArraySizesAndDimensions) {
+  const auto zeros = [](int dimensions) {
+    std::string list = "0";
+    for (int d = 1; d < dimensions; ++d)
+      list += ",0";
+    return list;
+  };
+  const std::string outOfMemory = "7 Microsoft VBScript runtime error: Out of memory @1";
+  const std::string outOfRange = "9 Microsoft VBScript runtime error: Subscript out of range @1";
+  expectRuns({
+      {"ReDim a(2147483647)", "", outOfMemory},
+      {"ReDim a(2147483646)", "", outOfMemory},
+      {"ReDim a(-1, 2147483647)", "", outOfMemory},
+      {"ReDim a(2147483647, -1)", "", outOfMemory},
+      {"ReDim a(65535, 65535)", "", outOfMemory},
+      {"ReDim a(2047, 2048)", "", outOfMemory},
+      {"ReDim a(-1, 5) : out.Echo UBound(a, 1) & \" \" & UBound(a, 2)", "-1 5"},
+      {"ReDim a(-1) : out.Echo UBound(a)", "-1"},
+      {"ReDim a(-2)", "", outOfRange},
+      {"ReDim a(-2147483648)", "", outOfRange},
+      {"ReDim a(2147483648)", "", "6 Microsoft VBScript runtime error: Overflow @1"},
+      {"ReDim a(" + zeros(60) + ") : out.Echo UBound(a, 60)", "0"},
+      {"Dim a(" + zeros(60) + ") : out.Echo UBound(a, 60)", "0"},
+      {"ReDim a(" + zeros(61) + ")", "", outOfRange},
+      {"Dim a(" + zeros(61) + ")", "", outOfRange},
+      {"ReDim a(0) : ReDim Preserve a(" + zeros(61) + ")", "", outOfRange},
+      {"On Error Resume Next\nReDim a(" + zeros(61) + ")\nout.Echo Err.Number & IsEmpty(a)",
+       "9True"},
+  });
+  // Checked apart so that a failure does not print the whole statement.
+  EXPECT_EQ(runScript("ReDim a(" + zeros(100000) + ")").error, outOfRange);
+}
+
 TEST(InterpreterTest, RunawayScriptsEndInErrors) {
   // Deep recursion raises "Out of stack space" instead of exhausting the stack.
   const RunResult recursion = runScript("Function f(n) : f = f(n + 1) : End Function\nf 1");
