@@ -304,6 +304,35 @@ TEST(InterpreterTest, ControlFlow) {
   });
 }
 
+// The counter starts as the start value and each pass adds the step with the language's own
+// addition, so its type follows the operators' promotions; text is read as a Double.
+TEST(InterpreterTest, ForCounterTypeFollowsTheAddition) {
+  const auto passes = [](const std::string& loop) {
+    return loop + " : s = s & TypeName(i) & \" \" : Next : out.Echo s & TypeName(i) & \" \" & i";
+  };
+  expectRuns({
+      {passes("For i = 32766 To 32769"), "Integer Integer Long Long Long 32770"},
+      {passes("For i = -32767 To -32769 Step -1"), "Integer Integer Long Long -32770"},
+      {passes("For i = 1 To 2 Step 0.5"), "Integer Double Double Double 2.5"},
+      {passes("For i = 1 To 2.5"), "Integer Integer Integer 3"},
+      {passes("For i = CByte(1) To 3"), "Byte Integer Integer Integer 4"},
+      {passes("For i = CByte(250) To 260 Step CByte(5)"), "Byte Byte Integer Integer 265"},
+      {passes("For i = 1 To 3 Step CLng(1)"), "Integer Long Long Long 4"},
+      {passes("For i = CLng(1) To 2"), "Long Long Long 3"},
+      {passes("For i = 2147483646 To 2147483647"), "Long Long Double 2147483648"},
+      {passes("For i = CSng(1) To 2 Step 0.5"), "Single Double Double Double 2.5"},
+      {passes("For i = CCur(1) To 2"), "Currency Currency Currency 3"},
+      {passes("For i = CDate(1) To 2"), "Date Date Date 1/2/1900"},
+      {passes("For i = True To 0"), "Boolean Integer Integer 1"},
+      {passes("For i = Empty To 1"), "Empty Integer Integer 2"},
+      {passes("For i = \"1\" To \"2\""), "Double Double Double 3"},
+      {passes("For i = 1 To 2 Step \"1\""), "Integer Double Double 3"},
+      {"For i = Null To 2 : Next", "",
+       "94 Microsoft VBScript runtime error: Invalid use of Null @1"},
+      {"For i = 1 To Array(1) : Next", "", "13 Microsoft VBScript runtime error: Type mismatch @1"},
+  });
+}
+
 TEST(InterpreterTest, SelectCase) {
   const std::string select =
       "Function kind(v)\nSelect Case v\nCase \"x\" : kind = \"letter\"\n"
