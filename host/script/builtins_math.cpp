@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdint>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/operators.hpp>
@@ -60,13 +61,22 @@ Variant wholeNumberOf(const Variant& value, Function round, int64_t (*roundScale
   }
 }
 
+// `quotient` steps of `unit` as a scaled Currency; a result beyond the range raises 6, as the
+// Currency operators do (Int of the most negative Currency is one unit below it).
+int64_t scaledUnits(int64_t quotient, int64_t unit) {
+  if (quotient > INT64_MAX / unit || quotient < INT64_MIN / unit) {
+    raiseRuntimeError(vb_error::kOverflow);
+  }
+  return quotient * unit;
+}
+
 // Scaled Currency values rounded to whole units, down and toward zero.
 int64_t floorScaled(int64_t s) {
-  const int64_t remainder = s % Currency::kScale;
-  return remainder < 0 ? s - remainder - Currency::kScale : s - remainder;
+  const int64_t quotient = s / Currency::kScale;
+  return scaledUnits(s % Currency::kScale < 0 ? quotient - 1 : quotient, Currency::kScale);
 }
 int64_t truncScaled(int64_t s) {
-  return s - s % Currency::kScale;
+  return scaledUnits(s / Currency::kScale, Currency::kScale);
 }
 
 Variant callInt(Args a) {
@@ -109,7 +119,8 @@ double roundDouble(double x, int32_t digits) {
   return roundHalfEven(scaled) / scale;
 }
 
-// A scaled Currency rounded half to even at `digits` (0..3) decimals.
+// A scaled Currency rounded half to even at `digits` (0..3) decimals; 6 when the rounded value
+// is beyond the range (Round of 922337203685477.5807 would be 922337203685478).
 int64_t roundScaledHalfEven(int64_t s, int32_t digits) {
   int64_t unit = 1;
   for (int32_t i = digits; i < 4; ++i)
@@ -118,7 +129,7 @@ int64_t roundScaledHalfEven(int64_t s, int32_t digits) {
   const int64_t remainder = s % unit;
   const int64_t twice = remainder < 0 ? -2 * remainder : 2 * remainder;
   if (twice > unit || (twice == unit && quotient % 2 != 0)) quotient += s < 0 ? -1 : 1;
-  return quotient * unit;
+  return scaledUnits(quotient, unit);
 }
 
 Variant callRound(Args a) {
@@ -183,10 +194,13 @@ double tanOf(double x) {
   return std::tan(x);
 }
 
-// Digits of a Long's 32-bit two's complement in base 2^bits (Hex -1 is "FFFFFFFF").
+// Digits of a number's two's complement in base 2^bits: an Integer in 16 bits (Hex of the
+// Integer -1 is "FFFF"), anything else rounded to a Long and written in 32 bits (Hex of the Long
+// -1 is "FFFFFFFF"; a Byte is never negative).
 Variant radixText(const Variant& value, unsigned bits) {
   if (value.isNull()) return value;
-  auto n = static_cast<uint32_t>(CLng(value));
+  auto n = value.type() == VarType::Integer ? uint32_t{static_cast<uint16_t>(value.asInteger())}
+                                            : static_cast<uint32_t>(CLng(value));
   char16_t buffer[16];
   char16_t* end = buffer + 16;
   char16_t* p = end;

@@ -1,5 +1,6 @@
 // Statements: declarations, assignment, calls, the branches and loops, With and On Error.
 #include <algorithm>
+#include <cstdint>
 #include <new>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/operators.hpp>
@@ -14,49 +15,27 @@ bool isTrue(const Variant& v) {
   return v.type() == VarType::Boolean && v.asBoolean();
 }
 
-// The order in which a For loop's counter takes the widest type of its start, end and step.
-int counterRank(VarType type) {
-  switch (type) {
-    case VarType::Byte:
-      return 0;
+// A For loop's start, end or step: numbers, dates, Empty and Boolean as they are, text read as a
+// Double as the arithmetic reads it (a text counter would compare above every number). Null
+// raises 94, anything else 13.
+Variant loopValue(Variant value) {
+  switch (value.type()) {
     case VarType::Empty:
     case VarType::Boolean:
+    case VarType::Byte:
     case VarType::Integer:
-      return 1;
     case VarType::Long:
-      return 2;
     case VarType::Single:
-      return 3;
-    case VarType::String:
     case VarType::Double:
-      return 4;
     case VarType::Currency:
-      return 5;
     case VarType::Date:
-      return 6;
+      return value;
+    case VarType::String:
+      return Variant(CDbl(value));
     case VarType::Null:
       raiseScriptError(vb_error::kInvalidUseOfNull);
     default:
       raiseScriptError(vb_error::kTypeMismatch);
-  }
-}
-
-Variant asCounterType(const Variant& value, int rank) {
-  switch (rank) {
-    case 0:
-      return Variant(CByte(value));
-    case 1:
-      return Variant(CInt(value));
-    case 2:
-      return Variant(CLng(value));
-    case 3:
-      return Variant(CSng(value));
-    case 4:
-      return Variant(CDbl(value));
-    case 5:
-      return Variant(CCur(value));
-    default:
-      return Variant(CDate(value));
   }
 }
 
@@ -93,19 +72,27 @@ class StatementRunner {
     return Flow::Normal;
   }
 
+  // The array of Dim, ReDim and ReDim Preserve: bounds 0 to each upper bound. More dimensions
+  // than an array may have, or an upper bound below -1, raise 9; more elements than an array may
+  // hold raise 7, a single dimension too, since an empty one makes the product 0.
   SafeArray newArray(const std::vector<ExprPtr>& bounds) {
+    if (bounds.size() > kMaxArrayDimensions) raiseScriptError(vb_error::kSubscriptOutOfRange);
     SafeArray array;
-    std::size_t total = 1;
+    uint64_t total = 1;
     for (const ExprPtr& bound : bounds) {
       const int32_t upper = CLng(e_.evalValue(frame_, *bound));
       if (upper < -1) raiseScriptError(vb_error::kSubscriptOutOfRange);
-      const int32_t count = upper + 1;
-      total *= static_cast<std::size_t>(count);
-      if (total > kMaxArrayElements) raiseScriptError(vb_error::kOutOfMemory);
-      array.bounds.push_back(SafeArray::Bound{0, count});
+      // At most 2^31, and total is at most kMaxArrayElements here, so neither overflows.
+      const auto count = static_cast<uint64_t>(int64_t{upper} + 1);
+      total *= count;
+      if (count > kMaxArrayElements || total > kMaxArrayElements) {
+        raiseScriptError(vb_error::kOutOfMemory);
+      }
+      array.bounds.push_back(SafeArray::Bound{0, static_cast<int32_t>(count)});
     }
-    e_.chargeSteps(total / Evaluator::kElementsPerStep);
-    array.elements.resize(total);
+    const auto elements = static_cast<std::size_t>(total);
+    e_.chargeSteps(elements / Evaluator::kElementsPerStep);
+    array.elements.resize(elements);
     return array;
   }
 
@@ -263,15 +250,16 @@ class StatementRunner {
     return *variable;
   }
 
+  // The counter starts as the start value and each pass adds the step with the language's own
+  // addition, so its type follows the sum: an Integer counter becomes a Long past 32767, an
+  // Integer start with a Double step is a Double from the second pass.
   Flow forLoop(const ForStmt& s) {
     Variant start = e_.evalValue(frame_, *s.from);
     Variant end = e_.evalValue(frame_, *s.to);
     Variant step = s.step ? e_.evalValue(frame_, *s.step) : Variant(int16_t{1});
-    const int rank =
-        std::max({counterRank(start.type()), counterRank(end.type()), counterRank(step.type())});
-    start = asCounterType(start, rank);
-    end = asCounterType(end, rank);
-    step = asCounterType(step, rank);
+    start = loopValue(std::move(start));
+    end = loopValue(std::move(end));
+    step = loopValue(std::move(step));
     const bool descending = compare(step, Variant(int16_t{0})) == Comparison::Less;
     counter(*s.variable) = std::move(start);
     for (;;) {

@@ -13,6 +13,9 @@ inline constexpr std::size_t kMaxTextLength = std::size_t{1} << 24;
 // The most elements an array may have; more raises 7 (out of memory).
 inline constexpr std::size_t kMaxArrayElements = std::size_t{1} << 22;
 
+// The most dimensions an array may have; more raise 9 (subscript out of range).
+inline constexpr std::size_t kMaxArrayDimensions = 60;
+
 // The runtime's "Out of string space" error number.
 inline constexpr int32_t kOutOfStringSpace = 14;
 

@@ -255,16 +255,82 @@ TEST(BuiltinsTest, Math) {
       {u"Sqr", {D(-1)}, {}, 5},
       {u"Log", {D(0)}, {}, 5},
       {u"Exp", {D(1000)}, {}, 6},
-      {u"Hex", {L(255)}, S(u"FF")},
-      {u"Hex", {I(-1)}, S(u"FFFFFFFF")},
-      {u"Hex", {L(-2147483647 - 1)}, S(u"80000000")},
-      {u"Hex", {D(2.5)}, S(u"2")},
-      {u"Hex", {kNull}, kNull},
-      {u"Hex", {D(4294967295.0)}, {}, 6},
-      {u"Oct", {I(-1)}, S(u"37777777777")},
       {u"RGB", {I(255), I(0), I(1)}, L(0x0100FF)},
       {u"RGB", {I(300), D(127.5), I(0)}, L(0x0080FF)},
       {u"RGB", {I(-1), I(0), I(0)}, {}, 5},
+  });
+}
+
+// Hex and Oct write an Integer in 16 bits, a Byte and a Long as themselves, anything else
+// rounded to a Long first.
+TEST(BuiltinsTest, HexAndOctKeepTheWidthOfTheType) {
+  const Variant byte255 = Variant(uint8_t{255});
+  runRows({
+      {u"Hex", {L(255)}, S(u"FF")},
+      {u"Hex", {byte255}, S(u"FF")},
+      {u"Hex", {I(-1)}, S(u"FFFF")},
+      {u"Hex", {I(-32768)}, S(u"8000")},
+      {u"Hex", {I(32767)}, S(u"7FFF")},
+      {u"Hex", {I(0)}, S(u"0")},
+      {u"Hex", {L(-1)}, S(u"FFFFFFFF")},
+      {u"Hex", {L(65535)}, S(u"FFFF")},
+      {u"Hex", {L(-32769)}, S(u"FFFF7FFF")},
+      {u"Hex", {L(-2147483647 - 1)}, S(u"80000000")},
+      {u"Hex", {D(-1)}, S(u"FFFFFFFF")},
+      {u"Hex", {S(u"-1")}, S(u"FFFFFFFF")},
+      {u"Hex", {B(true)}, S(u"FFFFFFFF")},
+      {u"Hex", {Cur(-10000)}, S(u"FFFFFFFF")},
+      {u"Hex", {kEmpty}, S(u"0")},
+      {u"Hex", {D(2.5)}, S(u"2")},
+      {u"Hex", {kNull}, kNull},
+      {u"Hex", {D(4294967295.0)}, {}, 6},
+      {u"Oct", {I(-1)}, S(u"177777")},
+      {u"Oct", {I(-32768)}, S(u"100000")},
+      {u"Oct", {I(8)}, S(u"10")},
+      {u"Oct", {byte255}, S(u"377")},
+      {u"Oct", {L(-1)}, S(u"37777777777")},
+      {u"Oct", {L(-2147483647 - 1)}, S(u"20000000000")},
+      {u"Oct", {D(-1)}, S(u"37777777777")},
+      {u"Oct", {kNull}, kNull},
+  });
+}
+
+// Int, Fix and Round of a Currency are exact up to both ends of its range; a result the range
+// cannot hold raises 6, as Currency arithmetic does.
+TEST(BuiltinsTest, CurrencyRoundingAtTheEndsOfTheRange) {
+  constexpr int64_t kMax = INT64_MAX;                // 922337203685477.5807
+  constexpr int64_t kMin = INT64_MIN;                // -922337203685477.5808
+  constexpr int64_t kTopUnit = 9223372036854770000;  // 922337203685477
+  runRows({
+      {u"Int", {Cur(kMin)}, {}, 6},
+      {u"Int", {Cur(-kTopUnit - 1)}, {}, 6},
+      {u"Int", {Cur(-kTopUnit)}, Cur(-kTopUnit)},
+      {u"Int", {Cur(kMax)}, Cur(kTopUnit)},
+      {u"Int", {Cur(-1)}, Cur(-10000)},
+      {u"Fix", {Cur(kMin)}, Cur(-kTopUnit)},
+      {u"Fix", {Cur(kMax)}, Cur(kTopUnit)},
+      {u"Round", {Cur(kMax)}, {}, 6},
+      {u"Round", {Cur(kMin)}, {}, 6},
+      {u"Round", {Cur(kTopUnit + 5000)}, {}, 6},  // .5 rounds to the even 922337203685478
+      {u"Round", {Cur(-kTopUnit - 5000)}, {}, 6},
+      {u"Round", {Cur(kTopUnit + 4999)}, Cur(kTopUnit)},
+      {u"Round", {Cur(-kTopUnit - 4999)}, Cur(-kTopUnit)},
+      {u"Round", {Cur(kTopUnit - 5000)}, Cur(kTopUnit - 10000)},
+      {u"Round", {Cur(kMax), I(1)}, {}, 6},
+      {u"Round", {Cur(kMin), I(1)}, {}, 6},
+      {u"Round", {Cur(kMax - 758), I(1)}, Cur(kMax - 807)},  // .5049 to .5
+      {u"Round", {Cur(kMax), I(2)}, Cur(kMax - 7)},
+      {u"Round", {Cur(kMin), I(2)}, Cur(kMin + 8)},
+      {u"Round", {Cur(kMax), I(3)}, {}, 6},
+      {u"Round", {Cur(kMin), I(3)}, {}, 6},
+      {u"Round", {Cur(kMax - 2), I(3)}, Cur(kMax - 7)},   // .5805: 580 is even
+      {u"Round", {Cur(kMax - 12), I(3)}, Cur(kMax - 7)},  // .5795: 579 is odd
+      {u"Round", {Cur(kMin + 3), I(3)}, Cur(kMin + 8)},   // -.5805
+      {u"Round", {Cur(kMax), I(4)}, Cur(kMax)},
+      {u"Round", {Cur(kMin), I(9)}, Cur(kMin)},
+      {u"Abs", {Cur(kMin)}, {}, 6},
+      {u"Abs", {Cur(kMin + 1)}, Cur(kMax)},
+      {u"CLng", {Cur(kMax)}, {}, 6},
   });
 }
 

@@ -131,6 +131,8 @@ TEST(InterpreterTest, OperatorsPromotionsAndNull) {
       {"out.Echo Null + 1 : out.Echo Null & \"a\" : out.Echo IsNull(Null = 1)", "Null|a|True"},
       {"out.Echo Null And False : out.Echo True Or Null : out.Echo Not Empty", "False|True|-1"},
       {"x = 5 : out.Echo -x & \" \" & TypeName(-x)", "-5 Integer"},
+      {"out.Echo Hex(-1) & \" \" & Hex(CInt(-1)) & \" \" & Hex(-32769) & \" \" & Oct(-1)",
+       "FFFF FFFF FFFF7FFF 177777"},
       {"out.Echo 1 / 0", "", "11 Microsoft VBScript runtime error: Division by zero @1"},
       {"out.Echo \"a\" * 2", "", "13 Microsoft VBScript runtime error: Type mismatch @1"},
       {"out.Echo 5 Xor 3, 5 Eqv 3", "",
@@ -335,6 +337,35 @@ TEST(InterpreterTest, ControlFlow) {
   });
 }
 
+// The counter starts as the start value and each pass adds the step with the language's own
+// addition, so its type follows the operators' promotions; text is read as a Double.
+TEST(InterpreterTest, ForCounterTypeFollowsTheAddition) {
+  const auto passes = [](const std::string& loop) {
+    return loop + " : s = s & TypeName(i) & \" \" : Next : out.Echo s & TypeName(i) & \" \" & i";
+  };
+  expectRuns({
+      {passes("For i = 32766 To 32769"), "Integer Integer Long Long Long 32770"},
+      {passes("For i = -32767 To -32769 Step -1"), "Integer Integer Long Long -32770"},
+      {passes("For i = 1 To 2 Step 0.5"), "Integer Double Double Double 2.5"},
+      {passes("For i = 1 To 2.5"), "Integer Integer Integer 3"},
+      {passes("For i = CByte(1) To 3"), "Byte Integer Integer Integer 4"},
+      {passes("For i = CByte(250) To 260 Step CByte(5)"), "Byte Byte Integer Integer 265"},
+      {passes("For i = 1 To 3 Step CLng(1)"), "Integer Long Long Long 4"},
+      {passes("For i = CLng(1) To 2"), "Long Long Long 3"},
+      {passes("For i = 2147483646 To 2147483647"), "Long Long Double 2147483648"},
+      {passes("For i = CSng(1) To 2 Step 0.5"), "Single Double Double Double 2.5"},
+      {passes("For i = CCur(1) To 2"), "Currency Currency Currency 3"},
+      {passes("For i = CDate(1) To 2"), "Date Date Date 1/2/1900"},
+      {passes("For i = True To 0"), "Boolean Integer Integer 1"},
+      {passes("For i = Empty To 1"), "Empty Integer Integer 2"},
+      {passes("For i = \"1\" To \"2\""), "Double Double Double 3"},
+      {passes("For i = 1 To 2 Step \"1\""), "Integer Double Double 3"},
+      {"For i = Null To 2 : Next", "",
+       "94 Microsoft VBScript runtime error: Invalid use of Null @1"},
+      {"For i = 1 To Array(1) : Next", "", "13 Microsoft VBScript runtime error: Type mismatch @1"},
+  });
+}
+
 TEST(InterpreterTest, SelectCase) {
   const std::string select =
       "Function kind(v)\nSelect Case v\nCase \"x\" : kind = \"letter\"\n"
@@ -376,6 +407,41 @@ TEST(InterpreterTest, Arrays) {
        "9 Microsoft VBScript runtime error: Subscript out of range @2"},
       {"n = 5\nErase n", "", "13 Microsoft VBScript runtime error: Type mismatch @2"},
   });
+}
+
+// Array sizes: each dimension and the whole are counted without overflow, more elements than an
+// array may hold raise 7, a bound below -1 raises 9, and so do more than 60 dimensions.
+TEST(InterpreterTest, ArraySizesAndDimensions) {
+  const auto zeros = [](int dimensions) {
+    std::string list = "0";
+    for (int d = 1; d < dimensions; ++d)
+      list += ",0";
+    return list;
+  };
+  const std::string outOfMemory = "7 Microsoft VBScript runtime error: Out of memory @1";
+  const std::string outOfRange = "9 Microsoft VBScript runtime error: Subscript out of range @1";
+  expectRuns({
+      {"ReDim a(2147483647)", "", outOfMemory},
+      {"ReDim a(2147483646)", "", outOfMemory},
+      {"ReDim a(-1, 2147483647)", "", outOfMemory},
+      {"ReDim a(2147483647, -1)", "", outOfMemory},
+      {"ReDim a(65535, 65535)", "", outOfMemory},
+      {"ReDim a(2047, 2048)", "", outOfMemory},
+      {"ReDim a(-1, 5) : out.Echo UBound(a, 1) & \" \" & UBound(a, 2)", "-1 5"},
+      {"ReDim a(-1) : out.Echo UBound(a)", "-1"},
+      {"ReDim a(-2)", "", outOfRange},
+      {"ReDim a(-2147483648)", "", outOfRange},
+      {"ReDim a(2147483648)", "", "6 Microsoft VBScript runtime error: Overflow @1"},
+      {"ReDim a(" + zeros(60) + ") : out.Echo UBound(a, 60)", "0"},
+      {"Dim a(" + zeros(60) + ") : out.Echo UBound(a, 60)", "0"},
+      {"ReDim a(" + zeros(61) + ")", "", outOfRange},
+      {"Dim a(" + zeros(61) + ")", "", outOfRange},
+      {"ReDim a(0) : ReDim Preserve a(" + zeros(61) + ")", "", outOfRange},
+      {"On Error Resume Next\nReDim a(" + zeros(61) + ")\nout.Echo Err.Number & IsEmpty(a)",
+       "9True"},
+  });
+  // Checked apart so that a failure does not print the whole statement.
+  EXPECT_EQ(runScript("ReDim a(" + zeros(100000) + ")").error, outOfRange);
 }
 
 TEST(InterpreterTest, RunawayScriptsEndInErrors) {
