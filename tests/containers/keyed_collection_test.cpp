@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <random>
+#include <ravelin/containers/cls_data_column.hpp>
 #include <ravelin/containers/detail/keyed_collection.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/tests/support/error_number.hpp>
@@ -265,6 +267,46 @@ TEST(KeyedCollection, AgreesWithAPlainListThroughRandomWork) {
         ASSERT_EQ(collection.item(static_cast<int32_t>(at) + 1), Variant(list[at].second)) << step;
       }
     }
+  }
+}
+
+// An item that reads the collection when it is released.
+class ReadsOnRelease : public clsDataColumn {
+ public:
+  ReadsOnRelease(const KeyedCollection& collection, std::vector<int32_t>& seen)
+      : collection_(collection), seen_(seen) {}
+  ~ReadsOnRelease() override {
+    seen_.clear();
+    collection_.forEach([this](const Variant& item, StringView, bool) {
+      seen_.push_back(item.isObject() ? -1 : item.asLong());
+    });
+  }
+
+ private:
+  const KeyedCollection& collection_;
+  std::vector<int32_t>& seen_;
+};
+
+TEST(KeyedCollection, AnItemIsReleasedOnceTheCollectionIsWhole) {
+  struct Row {
+    const char* what;
+    std::function<void(KeyedCollection&)> remove;
+    std::vector<int32_t> seen;
+  };
+  const Row rows[] = {
+      {"by key", [](KeyedCollection& c) { c.remove(u"obj"); }, {1, 3}},
+      {"by position", [](KeyedCollection& c) { c.remove(2); }, {1, 3}},
+      {"all", [](KeyedCollection& c) { c.clear(); }, {}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    KeyedCollection collection;
+    std::vector<int32_t> seen{99};
+    collection.add(Variant(1), u"one");
+    collection.add(Variant(ObjectRef(std::make_shared<ReadsOnRelease>(collection, seen))), u"obj");
+    collection.add(Variant(3), u"three");
+    row.remove(collection);
+    EXPECT_EQ(seen, row.seen);
   }
 }
 
