@@ -145,7 +145,7 @@ void clsArrayString2::copyObject(const IObjectRef& voObjectToCopy, int32_t /*vlC
 }
 
 IObjectRef clsArrayString2::generateCopy(int32_t /*vlCopyWhat*/) {
-  auto copy = std::make_shared<clsArrayString2>();
+  auto copy = makeObject<clsArrayString2>();
   copy->copyRowsFrom(*this);
   return copy;
 }

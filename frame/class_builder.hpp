@@ -310,7 +310,7 @@ class ClassBuilder {
 
   static ClassInfo::Factory makeFactory() {
     if constexpr (std::is_default_constructible_v<C>) {
-      return [] { return ObjectRef(std::make_shared<C>()); };
+      return [] { return ObjectRef(makeObject<C>()); };
     } else {
       return {};
     }

@@ -64,7 +64,7 @@ AutomationError asScriptError(const AutomationError& error) {
   return AutomationError(error.number(), error.source(), error.description());
 }
 
-Evaluator::Evaluator() : err(std::make_shared<ErrObject>()) {}
+Evaluator::Evaluator() : err(makeObject<ErrObject>()) {}
 
 Unit& Evaluator::addUnit(Program program) {
   auto unit = std::make_unique<Unit>();
