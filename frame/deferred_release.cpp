@@ -18,12 +18,12 @@ void releaseDeferred(ReleaseNode* node) noexcept {
     return;
   }
   releasing = true;
-  node->destroy(node);
+  node->destroyValue(node);
   // Each destruction may leave more values waiting; they are taken here, one level at a time.
   while (waiting != nullptr) {
     ReleaseNode* next = waiting;
     waiting = next->next;
-    next->destroy(next);
+    next->destroyValue(next);
   }
   releasing = false;
 }

@@ -12,42 +12,118 @@
 // (makeObject in object.hpp, which the member tables' factories use).
 #pragma once
 
+#include <atomic>
+#include <cstddef>
 #include <memory>
+#include <new>
 #include <type_traits>
 #include <utility>
 
 namespace ravelin {
 namespace detail {
 
-// A value waiting to be destroyed: its link in the thread's list and how to destroy it.
+// Room for the shared pointer's control block beside the value, so that both take one allocation
+// (the block holds a table pointer, two counts, the value's address, the deleter and the
+// allocator).
+inline constexpr std::size_t kControlBlockRoom = 64;
+
+// The start of the allocation that holds a shared value: its link in the thread's list of values
+// waiting to be destroyed, how to destroy the value, and the room for the control block. The
+// allocation is freed when both the value and the control block are gone, in either order (weak
+// references keep the block after the value).
 struct ReleaseNode {
   ReleaseNode* next = nullptr;
-  void (*destroy)(ReleaseNode* node) noexcept = nullptr;
+  void (*destroyValue)(ReleaseNode* node) noexcept = nullptr;
+  std::atomic<int> holders{1};  // the value, and the control block while it uses the room
+  alignas(std::max_align_t) std::byte controlBlockRoom[kControlBlockRoom];
+
+  // Called by the value and by the control block when each is gone.
+  void drop() noexcept {
+    if (holders.fetch_sub(1, std::memory_order_acq_rel) == 1)
+      ::operator delete(static_cast<void*>(this));
+  }
 };
 
 // Destroys the node's value now, or, while a release is running on this thread, leaves it for
 // that release. Neither allocates nor throws.
 void releaseDeferred(ReleaseNode* node) noexcept;
 
-// The value together with its link, in one allocation.
+// The allocation of one T: the node, then the value. Standard layout, so the node's address is
+// the allocation's.
 template <typename T>
-struct ReleaseBox final : ReleaseNode {
-  template <typename... A>
-  explicit ReleaseBox(A&&... arguments) : value(std::forward<A>(arguments)...) {
-    destroy = &destroyBox;
-  }
-  static void destroyBox(ReleaseNode* node) noexcept { delete static_cast<ReleaseBox*>(node); }
+struct ReleaseBox {
+  static_assert(alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 
-  T value;
+  ReleaseNode node;
+  alignas(T) std::byte valueRoom[sizeof(T)];
+
+  T* value() noexcept { return std::launder(reinterpret_cast<T*>(valueRoom)); }
+
+  template <typename... A>
+  static ReleaseBox* make(A&&... arguments) {
+    static_assert(std::is_standard_layout_v<ReleaseBox>);
+    void* memory = ::operator new(sizeof(ReleaseBox));
+    auto* box = ::new (memory) ReleaseBox;
+    try {
+      ::new (static_cast<void*>(box->valueRoom)) T(std::forward<A>(arguments)...);
+    } catch (...) {
+      ::operator delete(memory);
+      throw;
+    }
+    box->node.destroyValue = [](ReleaseNode* node) noexcept {
+      reinterpret_cast<ReleaseBox*>(node)->value()->~T();
+      node->drop();
+    };
+    return box;
+  }
 };
 
-// The deleter of the shared pointer: the last release hands the box to releaseDeferred.
-struct BoxReleaser {
-  ReleaseNode* box;
+// The deleter of the shared pointer: the last release hands the node to releaseDeferred.
+struct NodeReleaser {
+  ReleaseNode* node;
   template <typename P>
   void operator()(P* /*value*/) const noexcept {
-    releaseDeferred(box);
+    releaseDeferred(node);
   }
+};
+
+// The allocator of the control block: the node's room when the block fits, the heap otherwise.
+template <typename U>
+struct ControlBlockAllocator {
+  using value_type = U;
+
+  explicit ControlBlockAllocator(ReleaseNode* owner) noexcept : node(owner) {}
+  template <typename V>
+  ControlBlockAllocator(const ControlBlockAllocator<V>& other) noexcept : node(other.node) {}
+
+  static constexpr bool kFits =
+      sizeof(U) <= kControlBlockRoom && alignof(U) <= alignof(std::max_align_t);
+
+  U* allocate(std::size_t count) {
+    if constexpr (kFits) {
+      if (count == 1) {
+        node->holders.fetch_add(1, std::memory_order_relaxed);
+        return reinterpret_cast<U*>(node->controlBlockRoom);
+      }
+    }
+    return std::allocator<U>().allocate(count);
+  }
+  void deallocate(U* block, std::size_t count) noexcept {
+    if constexpr (kFits) {
+      if (count == 1) {
+        node->drop();
+        return;
+      }
+    }
+    std::allocator<U>().deallocate(block, count);
+  }
+
+  template <typename V>
+  bool operator==(const ControlBlockAllocator<V>& other) const noexcept {
+    return node == other.node;
+  }
+
+  ReleaseNode* node;
 };
 
 }  // namespace detail
@@ -57,9 +133,12 @@ struct BoxReleaser {
 // answers shared_from_this() as usual.
 template <typename T, typename... A>
 std::shared_ptr<T> makeDeferredShared(A&&... arguments) {
-  auto* box = new detail::ReleaseBox<std::remove_const_t<T>>(std::forward<A>(arguments)...);
-  // Should the control block fail to allocate, the shared pointer hands the box to the deleter.
-  return std::shared_ptr<T>(&box->value, detail::BoxReleaser{box});
+  using Stored = std::remove_const_t<T>;
+  auto* box = detail::ReleaseBox<Stored>::make(std::forward<A>(arguments)...);
+  // Should the control block not fit the room and its allocation fail, the shared pointer hands
+  // the value to the deleter.
+  return std::shared_ptr<T>(box->value(), detail::NodeReleaser{&box->node},
+                            detail::ControlBlockAllocator<Stored>(&box->node));
 }
 
 }  // namespace ravelin
