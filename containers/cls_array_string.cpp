@@ -1,5 +1,6 @@
 #include <ravelin/containers/cls_array_string.hpp>
 #include <ravelin/frame/class_builder.hpp>
+#include <ravelin/frame/size_limits.hpp>
 
 namespace ravelin {
 
@@ -24,6 +25,8 @@ String clsArrayString::getItemsAsList(StringView vsDelimiterChar) const {
   std::size_t units = 0;
   for (int16_t i = 0; i < getCount(); ++i)
     units += storage().at(i).size();
+  // Each text between two delimiters, and a "," between texts.
+  checkTextLength(units + count * 2 * vsDelimiterChar.size() + count - 1);
   const std::size_t averageUnits = (units + count - 1) / count;
   return joinItems(averageUnits + 2 * vsDelimiterChar.size(),
                    [vsDelimiterChar](String& out, const String& text) {

@@ -2,6 +2,7 @@
 #include <memory>
 #include <ravelin/containers/cls_array_string2.hpp>
 #include <ravelin/frame/class_builder.hpp>
+#include <ravelin/frame/size_limits.hpp>
 #include <utility>
 
 namespace ravelin {
@@ -110,6 +111,8 @@ String clsArrayString2::joinColumn(Column column, StringView delimiter) const {
     const Row& row = rows_.at(i);
     units += (column == Column::kKey ? row.key : row.value).size() + 2 * delimiter.size() + 1;
   }
+  // The count includes a "," after the last text, which is not kept.
+  checkTextLength(units - 1);
   out.reserve(units);
   for (int32_t i = 0; i < count; ++i) {
     const Row& row = rows_.at(i);
@@ -145,7 +148,7 @@ void clsArrayString2::copyObject(const IObjectRef& voObjectToCopy, int32_t /*vlC
 }
 
 IObjectRef clsArrayString2::generateCopy(int32_t /*vlCopyWhat*/) {
-  auto copy = std::make_shared<clsArrayString2>();
+  auto copy = makeObject<clsArrayString2>();
   copy->copyRowsFrom(*this);
   return copy;
 }

@@ -45,7 +45,7 @@ bool clsCollection::enumerate(std::vector<Variant>& items) const {
 ObjectRef clsCollection::NewEnum() const {
   std::vector<Variant> items;
   enumerate(items);
-  return std::make_shared<ItemEnumerator>(std::move(items));
+  return makeObject<ItemEnumerator>(std::move(items));
 }
 
 ClassInfo clsCollection::describe() {

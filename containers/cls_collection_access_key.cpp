@@ -20,7 +20,7 @@ Variant clsCollectionAccessKey::ItemAndKey(int32_t vlIndex, String& vsKey,
 }
 
 std::shared_ptr<clsArrayString> clsCollectionAccessKey::listKeys() const {
-  auto keys = std::make_shared<clsArrayString>();
+  auto keys = makeObject<clsArrayString>();
   bool complete = true;
   items().forEach([&](const Variant&, StringView key, bool) {
     if (complete) complete = keys->add(String(key));

@@ -20,7 +20,7 @@ void clsDataColumn::copyToObject(const IObjectRef& voCopyTo, int32_t /*vlCopyWha
 }
 
 IObjectRef clsDataColumn::generateCopy(int32_t /*vlCopyWhat*/) {
-  auto copy = std::make_shared<clsDataColumn>();
+  auto copy = makeObject<clsDataColumn>();
   copy->copyObject(std::static_pointer_cast<IObject>(shared_from_this()), -1);
   return copy;
 }

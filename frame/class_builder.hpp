@@ -17,12 +17,14 @@
 //   ClassBuilder<clsArrayLong, Base>(kClassName, [](clsArrayLong& self) -> Base& { return self; })
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <initializer_list>
 #include <memory>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/member_table.hpp>
+#include <ravelin/frame/size_limits.hpp>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -145,21 +147,42 @@ Variant toVariant(R&& result) {
   }
 }
 
+// Checks a value the member hands back (size_limits.hpp): a Double or Single that is not finite
+// raises 6, a text or an array past its limit 14 or 7. The types that cannot break a limit pass
+// without a look.
+template <typename T>
+void checkHandedBack(const T& value) {
+  if constexpr (std::is_same_v<T, double> || std::is_same_v<T, float>) {
+    if (!std::isfinite(value)) raiseRuntimeError(vb_error::kOverflow);
+  } else if constexpr (std::is_same_v<T, String>) {
+    checkTextLength(value.size());
+  } else if constexpr (std::is_same_v<T, SafeArray>) {
+    checkArrayElements(value.elements.size());
+  } else if constexpr (std::is_same_v<T, Variant>) {
+    checkMemberValue(value);
+  }
+}
+
+// Calls the member with its arguments converted, then checks the result and the by-reference
+// arguments; only when all pass are the by-reference arguments written back, so a call that
+// fails leaves the caller's values as they were.
 template <typename C, typename R, typename... A, typename Call, std::size_t... I>
 Variant invokeConverted(Call& call, C& self, std::span<Variant> arguments,
                         std::index_sequence<I...>) {
   std::tuple<StorageOf<A>...> values{AutomationType<StorageOf<A>>::from(arguments[I])...};
-  auto writeBack = [&] {
+  auto checkAndWriteBack = [&] {
+    ((kIsByRef<A> ? checkHandedBack(std::get<I>(values)) : void()), ...);
     ((kIsByRef<A> ? void(arguments[I] = toVariant(std::get<I>(values))) : void()), ...);
   };
   if constexpr (std::is_void_v<R>) {
     call(self, std::get<I>(values)...);
-    writeBack();
+    checkAndWriteBack();
     return Variant();
   } else {
-    Variant result = toVariant(call(self, std::get<I>(values)...));
-    writeBack();
-    return result;
+    decltype(auto) result = call(self, std::get<I>(values)...);
+    checkHandedBack(static_cast<const std::remove_cvref_t<R>&>(result));
+    checkAndWriteBack();
+    return toVariant(std::forward<decltype(result)>(result));
   }
 }
 
@@ -310,7 +333,7 @@ class ClassBuilder {
 
   static ClassInfo::Factory makeFactory() {
     if constexpr (std::is_default_constructible_v<C>) {
-      return [] { return ObjectRef(std::make_shared<C>()); };
+      return [] { return ObjectRef(makeObject<C>()); };
     } else {
       return {};
     }

@@ -41,6 +41,7 @@ StringView standardErrorDescription(int32_t number) {
     case kSubscriptOutOfRange: return u"Subscript out of range";
     case kDivisionByZero: return u"Division by zero";
     case kTypeMismatch: return u"Type mismatch";
+    case kOutOfStringSpace: return u"Out of string space";
     case kInternalError: return u"Internal error";
     case kObjectNotSet: return u"Object variable or With block variable not set";
     case kInvalidUseOfNull: return u"Invalid use of Null";

@@ -4,6 +4,9 @@
 
 #include <memory>
 #include <ravelin/base/text.hpp>
+#include <ravelin/frame/deferred_release.hpp>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace ravelin {
@@ -38,5 +41,13 @@ class Object : public std::enable_shared_from_this<Object> {
 
 // A shared reference to an automation object; an empty reference is Nothing.
 using ObjectRef = std::shared_ptr<Object>;
+
+// A new object of class C, as every library and host object is made: its last release never
+// destroys a chain of objects it holds by recursion (deferred_release.hpp).
+template <typename C, typename... A>
+std::shared_ptr<C> makeObject(A&&... arguments) {
+  static_assert(std::is_base_of_v<Object, C>, "makeObject makes automation objects");
+  return makeDeferredShared<C>(std::forward<A>(arguments)...);
+}
 
 }  // namespace ravelin

@@ -88,13 +88,13 @@ int Variant::varTypeCode() const {
 
 SafeArray& Variant::mutableArray() {
   auto& ref = std::get<ArrayRef>(value_);
-  if (ref.use_count() > 1) ref = std::make_shared<const SafeArray>(*ref);
+  if (ref.use_count() > 1) ref = makeDeferredShared<const SafeArray>(*ref);
   return const_cast<SafeArray&>(*ref);
 }
 
 Record& Variant::mutableRecord() {
   auto& ref = std::get<RecordRef>(value_);
-  if (ref.use_count() > 1) ref = std::make_shared<const Record>(*ref);
+  if (ref.use_count() > 1) ref = makeDeferredShared<const Record>(*ref);
   return const_cast<Record&>(*ref);
 }
 

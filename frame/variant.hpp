@@ -10,6 +10,7 @@
 
 #include <ravelin/frame/currency.hpp>
 #include <ravelin/frame/date.hpp>
+#include <ravelin/frame/deferred_release.hpp>
 #include <ravelin/frame/object.hpp>
 #include <ravelin/base/text.hpp>
 
@@ -98,8 +99,9 @@ class Variant {
   template <typename T, typename = std::enable_if_t<std::is_base_of_v<Object, T>>>
   Variant(std::shared_ptr<T> v) : value_(ObjectRef(std::move(v))) {}
   Variant(ErrorValue v) : value_(v) {}
-  Variant(SafeArray v) : value_(std::make_shared<const SafeArray>(std::move(v))) {}
-  Variant(Record v) : value_(std::make_shared<const Record>(std::move(v))) {}
+  // Arrays and records are released without recursion, however deeply they nest.
+  Variant(SafeArray v) : value_(makeDeferredShared<const SafeArray>(std::move(v))) {}
+  Variant(Record v) : value_(makeDeferredShared<const Record>(std::move(v))) {}
   // Narrow text would silently become a Boolean; other integer widths have no automation type.
   Variant(const char*) = delete;
   Variant(int64_t) = delete;

@@ -167,7 +167,7 @@ int hostMain(int argc, char** argv) {
   identity.hostVersion = fromAscii(RAVELIN_VERSION);
 
   script::Interpreter interpreter;
-  auto wscript = std::make_shared<script::WScript>(
+  auto wscript = makeObject<script::WScript>(
       std::move(identity), writeOut,
       [&interpreter](StringView name, std::span<Variant> values) {
         return interpreter.callProcedure(name, values);

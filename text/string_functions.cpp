@@ -8,6 +8,7 @@
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/format.hpp>
 #include <ravelin/frame/locale.hpp>
+#include <ravelin/frame/size_limits.hpp>
 #include <ravelin/platform/random.hpp>
 #include <ravelin/text/string_functions.hpp>
 #include <ravelin/text/text_helpers.hpp>
@@ -95,9 +96,16 @@ String StringFunctions::ReturnOnlyDigits(StringView Text) {
 }
 
 String StringFunctions::ConvertStringToDec(StringView strString) {
+  // Three digits and a "/" for each unit but the last, which has no "/".
+  if (strString.empty()) return String();
+  checkTextLength(strString.size() * 4 - 1);
   String out;
+  out.reserve(strString.size() * 4);
   for (char16_t unit : strString) {
-    out += StrZero(AnsiCodeOf(unit), 3);
+    // A derived StrZero may write more than three digits.
+    const String code = StrZero(AnsiCodeOf(unit), 3);
+    checkTextLength(out.size() + code.size());
+    out += code;
     out += u'/';
   }
   if (!out.empty()) out.pop_back();
@@ -135,6 +143,8 @@ String StringFunctions::StrZero(double Number, int16_t Digits) {
 Variant StringFunctions::StringToBytes(StringView iStr) {
   const auto byteCount = static_cast<int64_t>(iStr.size()) * 2;
   if (byteCount >= std::numeric_limits<int32_t>::max()) raiseRuntimeError(vb_error::kOverflow);
+  // Two bytes a unit and the closing 0.
+  checkArrayElements(static_cast<std::size_t>(byteCount) + 1);
   SafeArray bytes = SafeArray::vector(VarType::Byte, 0, static_cast<int32_t>(byteCount));
   for (std::size_t i = 0; i < iStr.size(); ++i) {
     bytes.elements[2 * i] = Variant(static_cast<uint8_t>(iStr[i] & 0xFF));
@@ -249,6 +259,7 @@ Variant StringFunctions::ParamArrayToString(Variant& Values) {
   if (source.bounds.empty()) raiseRuntimeError(vb_error::kSubscriptOutOfRange);
   const int32_t upper = source.bounds.front().upper();
   if (upper < 0) return Variant(SafeArray{VarType::String, {}, {}});
+  checkArrayElements(static_cast<std::size_t>(upper) + 1);
   SafeArray texts = SafeArray::vector(VarType::String, 0, upper);
   for (int32_t i = 0; i <= upper; ++i)
     texts.elements[static_cast<std::size_t>(i)] =

@@ -68,7 +68,7 @@ AutomationError outOfMemoryError() {
   return AutomationError(vb_error::kOutOfMemory, String(kScriptRuntimeSource), u"Out of memory");
 }
 
-Evaluator::Evaluator() : err(std::make_shared<ErrObject>()) {}
+Evaluator::Evaluator() : err(makeObject<ErrObject>()) {}
 
 Unit& Evaluator::addUnit(Program program) {
   auto unit = std::make_unique<Unit>();

@@ -110,9 +110,9 @@ WScript::WScript(ScriptIdentity identity, OutputWriter output, ProcedureCaller c
       output_(std::move(output)),
       callProcedure_(std::move(callProcedure)),
       events_(std::move(events)),
-      arguments_(std::make_shared<WshArguments>(identity_.arguments)),
-      stdOut_(std::make_shared<WshTextStream>(output_)),
-      stdErr_(std::make_shared<WshTextStream>(std::move(errorOutput))) {}
+      arguments_(makeObject<WshArguments>(identity_.arguments)),
+      stdOut_(makeObject<WshTextStream>(output_)),
+      stdErr_(makeObject<WshTextStream>(std::move(errorOutput))) {}
 
 WScript::~WScript() {
   for (Connection& connection : connections_) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 #include <ravelin/catalogue/library_classes.hpp>
+#include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/numeric/math_functions.hpp>
@@ -224,6 +225,39 @@ TEST(MathFunctionsTest, LateBoundCallsUseTheDefaults) {
   ScopedLocale portuguese(u"pt-BR");
   EXPECT_EQ(call(u"MyVal", {{Variant(u"3,25")}}), Variant(3.25));
   EXPECT_EQ(call(u"MyVal", {{Variant(u"3,25")}, {Variant(u".")}}), Variant(3.0));
+}
+
+// A result too large for a Double (or no number at all) raises 6 from the member that produced
+// it, as the platform's floating-point arithmetic does; MyVal's trap still gives 0.
+TEST(MathFunctionsTest, LateBoundResultsOutOfRangeRaiseOverflow) {
+  const ObjectRef math = libraryRegistry().create(u"Ravelin.MathFunctions");
+  struct Row {
+    const char16_t* member;
+    std::vector<Variant> arguments;
+    Variant expected;  // Empty when the call raises 6
+  };
+  const Row rows[] = {
+      {u"GetCumulativeDiscount", {1E308, 1.0, 1.0}, {}},
+      {u"GetCumulativeDiscount", {-1E308, 0.0, 0.0}, {}},
+      {u"GetCumulativeDiscount", {1E306, 0.0, 0.0}, {}},  // the product overflows on its way
+      {u"GetCumulativeDiscount", {50.0, 50.0, 50.0}, 87.5},
+      {u"MyRound", {5.0, int16_t{-400}}, {}},
+      {u"MyRound", {5.0, int16_t{-300}}, 0.0},
+      {u"MyRound", {0.0, int16_t{-400}, int32_t{ArithmeticalSimetric}}, {}},
+      {u"ConvCurrency", {1E308, 1E-10, 1.0, false, 1.0, 1.0, int16_t{-1}}, {}},
+      {u"MyVal", {u"9E+999"}, 0.0},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(toUtf8(row.member) + " " + toUtf8(CStr(row.arguments[0])));
+    std::vector<CallArgument> arguments(row.arguments.begin(), row.arguments.end());
+    Variant result;
+    const int32_t error = errorNumberOf(
+        [&] { result = callMember(math, row.member, MemberKind::Method, arguments); });
+    EXPECT_EQ(error, row.expected.isEmpty() ? 6 : 0);
+    if (!row.expected.isEmpty()) {
+      EXPECT_EQ(result, row.expected);
+    }
+  }
 }
 
 }  // namespace
