@@ -415,7 +415,7 @@ int32_t RecordStore::editMode() const {
   requireOpen();
   if (adding_) return adEditAdd;
   if (editing_) return adEditInProgress;
-  if (current_ != kBOF && current_ != kEOF && shownCount() != 0 &&
+  if (current_ < rows_.size() &&
       (rows_[current_] == RowState::Deleted || rows_[current_] == RowState::Gone)) {
     return adEditDelete;
   }
@@ -425,7 +425,10 @@ int32_t RecordStore::editMode() const {
 
 int32_t RecordStore::status() const {
   requireOpen();
-  if (current_ == kBOF || current_ == kEOF || shownCount() == 0)
+  // A deleted row stays current until a move, even when no other row is left.
+  const bool onDeleted = current_ < rows_.size() && (rows_[current_] == RowState::Deleted ||
+                                                     rows_[current_] == RowState::Gone);
+  if (!onDeleted && (current_ == kBOF || current_ == kEOF || shownCount() == 0))
     raiseRecordset(ado_error::kNoCurrentRecord);
   switch (rows_[current_]) {
     case RowState::Unmodified:
