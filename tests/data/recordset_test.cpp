@@ -8,6 +8,7 @@
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/locale.hpp>
+#include <ravelin/text/text_helpers.hpp>
 #include <ravelin/tests/support/error_number.hpp>
 #include <sstream>
 #include <string>
@@ -594,6 +595,22 @@ TEST(Recordset, NullableFieldsTakeNullAndKeepValuesOnRefusal) {
   auto id = rs->Fields()->Item(u"ID");
   EXPECT_EQ(errorNumberOf([&] { id->setValue(Variant::null()); }), ado_error::kMultipleStepErrors);
   EXPECT_EQ(id->Value(), Variant(int32_t{1}));
+}
+
+TEST(Recordset, FieldValueTextOfRealFields) {
+  auto rs = idSet(adLockOptimistic, {7});
+  auto id = rs->Fields()->Item(u"ID");
+  auto name = rs->Fields()->Item(u"Name");
+  EXPECT_EQ(FieldValueText(id), u"7");  // the row just added stays current
+  rs->MoveNext();
+  EXPECT_EQ(FieldValueText(id), u"");  // at EOF
+  rs->MoveFirst();
+  EXPECT_EQ(FieldValueText(name), u"n7");
+  name->setValue(Variant::null());
+  EXPECT_EQ(FieldValueText(name), u"");
+  rs->Update();
+  rs->Close();
+  EXPECT_EQ(FieldValueText(id), u"");
 }
 
 TEST(Recordset, FieldsByNameAndPositionAndForEach) {
