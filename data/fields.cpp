@@ -70,16 +70,16 @@ bool Fields::enumerate(std::vector<Variant>& items) const {
 }
 
 ClassInfo Fields::describe() {
+  const auto assignItem = [](Fields& self, const Variant& index, const Variant& value) {
+    self.Item(index)->setValue(value);
+  };
   return ClassBuilder<Fields>(kClassName, false)
       .get(u"Count", &Fields::Count)
       .get(u"Item", &Fields::Item, {u"Index"})
       .get(u"", &Fields::Item, {u"Index"})
-      // Fields("Name") = value assigns the field's Value.
-      .let(u"",
-           [](Fields& self, const Variant& index, const Variant& value) {
-             self.Item(index)->setValue(value);
-           },
-           {u"Index"})
+      // Fields("Name") = value and Fields.Item("Name") = value assign the field's Value.
+      .let(u"", assignItem, {u"Index"})
+      .let(u"Item", assignItem, {u"Index"})
       .method(u"Append",
               [](Fields& self, const String& name, int32_t type, int32_t definedSize,
                  int32_t attributes, const Variant& fieldValue) {
