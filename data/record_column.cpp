@@ -135,11 +135,8 @@ Variant RecordColumn::value(std::size_t row) const {
       const std::size_t start = textStart_[row];
       const std::size_t length = textLength_[row];
       if (wide_) return Variant(String(wideUnits_.data() + start, length));
-      String text(length, u'\0');
       const uint8_t* bytes = narrow_.data() + start;
-      for (std::size_t i = 0; i < length; ++i)
-        text[i] = static_cast<char16_t>(bytes[i]);
-      return Variant(std::move(text));
+      return Variant(String(bytes, bytes + length));
     }
     case CellKind::Variant:
       return variants_[row];
