@@ -301,11 +301,15 @@ void RecordStore::cancelUpdate() {
   requireOpen();
   if (adding_) {
     adding_ = false;
-    // The new row is always the last one stored.
-    --stateCounts_[static_cast<int>(rows_.back())];
-    rows_.pop_back();
-    for (RecordColumn& column : columns_)
-      column.removeLastRow();
+    if (current_ + 1 == rows_.size()) {
+      --stateCounts_[static_cast<int>(rows_.back())];
+      rows_.pop_back();
+      for (RecordColumn& column : columns_)
+        column.removeLastRow();
+    } else {
+      // Rows were appended in bulk after it: the new row is withdrawn in place.
+      setState(current_, RowState::Gone);
+    }
     current_ = beforeAdd_;
   }
   editing_ = false;

@@ -24,6 +24,10 @@
 // - Status, EditMode and field values with no current record raise 3021; EditMode of a deleted
 //   current row is adEditDelete and its Status adRecDeleted. AbsolutePosition with no row shown
 //   (or on a deleted row) is adPosUnknown.
+// - Empty assigned to a field counts as Null. The numeric types without an automation type of
+//   their own (adBigInt, adUnsignedInt, adUnsignedBigInt, adDecimal, adNumeric, adVarNumeric)
+//   are held and read as Double; adTinyInt reads as Integer, adUnsignedSmallInt as Long.
+// - The bulk setters store a text as given: no DefinedSize check and no padding.
 // - Close during an edit in immediate mode raises 3219; in batch mode pending changes are lost.
 //   Close keeps the fields, so the set can be opened again.
 #pragma once

@@ -8,8 +8,8 @@
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/locale.hpp>
-#include <ravelin/text/text_helpers.hpp>
 #include <ravelin/tests/support/error_number.hpp>
+#include <ravelin/text/text_helpers.hpp>
 #include <sstream>
 #include <string>
 
@@ -634,6 +634,7 @@ TEST(Recordset, FieldsByNameAndPositionAndForEach) {
 }
 
 TEST(Recordset, BulkLoadingIsCommittedAndChecked) {
+  ScopedLocale locale(u"en-US");
   auto rs = makeObject<Recordset>();
   rs->Fields()->Append(u"N", adDouble);
   rs->Fields()->Append(u"C", adVarWChar, 4);
@@ -666,6 +667,49 @@ TEST(Recordset, BulkLoadingIsCommittedAndChecked) {
             "1.5|a\xc3\xa9 |Null|Null|8\n"
             "Null|\xe4\xb8\xad|6/7/2010|Null|8\n"
             "Null|Null|Null|True|8\n");
+}
+
+TEST(Recordset, TheTableReadersPattern) {
+  ScopedLocale locale(u"en-US");
+  // Each record begun with AddNew and assigned through Fields; a deleted record gets Cancel and
+  // stays a row with every field unset; the last record stays under AddNew until a move.
+  auto rs = makeObject<Recordset>();
+  rs->Fields()->Append(u"NAME", adVarWChar, 10, adFldUnspecified);
+  rs->Fields()->Append(u"WHEN", adDate, 0, adFldUnspecified);
+  rs->Open();
+  const struct {
+    const char16_t* name;
+    double when;  // 0: left unset
+    bool deleted;
+  } records[] = {{u"abc       ", 40336, false}, {u"", 0, true}, {u"last", 0, false}};
+  for (const auto& record : records) {
+    rs->AddNew();
+    if (record.deleted) {
+      rs->Cancel();
+      continue;
+    }
+    rs->Fields()->Item(u"name")->setValue(Variant(record.name));
+    if (record.when != 0) rs->Fields()->Item(u"when")->setValue(Variant(record.when));
+  }
+  EXPECT_EQ(rs->EditMode(), adEditAdd);
+  EXPECT_EQ(rs->RecordCount(), 3);
+  std::string seen;
+  rs->MoveFirst();  // completes the last row
+  while (!rs->EndOfFile()) {
+    seen += textOf(rs->Fields()->Item(0)->Value()) + "|" + textOf(rs->Fields()->Item(1)->Value()) +
+            "|" + std::to_string(rs->Status()) + "\n";
+    rs->MoveNext();
+  }
+  EXPECT_EQ(seen, "abc       |6/7/2010|8\nNull|Null|8\nlast|Null|8\n");
+}
+
+TEST(Recordset, CancelUpdateAfterBulkRowsWithdrawsOnlyTheNewRow) {
+  auto rs = idSet(adLockOptimistic, {1});
+  rs->AddNew();
+  rs->Fields()->Item(0)->setValue(Variant(int32_t{2}));
+  rs->appendRow();  // a bulk row behind the one under AddNew
+  rs->CancelUpdate();
+  EXPECT_EQ(walk(*rs), "1,Null,");
 }
 
 TEST(Recordset, ColumnTextRewritesAndWidening) {
