@@ -713,24 +713,27 @@ TEST(Recordset, CancelUpdateAfterBulkRowsWithdrawsOnlyTheNewRow) {
 }
 
 TEST(Recordset, ColumnTextRewritesAndWidening) {
-  // A rewritten cell gets new room; enough rewrites compact the buffer without losing text.
+  // A rewritten cell gets new room; enough rewrites compact the buffer, moving the cells that
+  // were not rewritten without losing their text.
   RecordColumn column(CellKind::Text);
   for (int row = 0; row < 100; ++row) {
     column.appendRow();
     column.setLatin1(row, "row" + std::to_string(row));
   }
-  for (int round = 0; round < 200; ++round)
-    column.setText(round % 100, u"rewritten " + fromAscii(std::to_string(round)));
+  for (int round = 0; round < 1000; ++round)
+    column.setText(round % 50, u"rewritten " + fromAscii(std::to_string(round)));
   EXPECT_FALSE(column.wideText());
+  EXPECT_LT(column.storageBytes(), 8000u);  // the abandoned room was reclaimed
+  EXPECT_EQ(column.value(3), Variant(u"rewritten 953"));
   column.setText(5, u"\u20ac");
   EXPECT_TRUE(column.wideText());
   column.unset(6);
   column.setLatin1(7, "\xff");
-  EXPECT_EQ(column.value(4), Variant(u"rewritten 104"));
+  EXPECT_EQ(column.value(4), Variant(u"rewritten 954"));
   EXPECT_EQ(column.value(5), Variant(u"\u20ac"));
   EXPECT_TRUE(column.value(6).isNull());
   EXPECT_EQ(column.value(7), Variant(u"\u00ff"));
-  EXPECT_EQ(column.value(99), Variant(u"rewritten 199"));
+  EXPECT_EQ(column.value(99), Variant(u"row99"));  // never rewritten, moved by compaction
   column.removeLastRow();
   EXPECT_EQ(column.size(), 99u);
 }
