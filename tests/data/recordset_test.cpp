@@ -744,6 +744,12 @@ TEST(Recordset, LateBoundByBothNames) {
     ASSERT_NE(rs, nullptr);
     EXPECT_EQ(rs->className(), u"Recordset");
   }
+  int listed = 0;
+  for (const ClassInfo* info : libraryRegistry().classes())
+    listed += info->name() == u"Recordset" ? 1 : 0;
+  EXPECT_EQ(listed, 1);  // the second name is no second class
+  EXPECT_EQ(libraryRegistry().findClass(u"ADODB.Recordset"),
+            libraryRegistry().findClass(u"Recordset"));
   EXPECT_EQ(libraryRegistry().findEnumValue(u"adFilterPendingRecords"), 1);
   EXPECT_EQ(libraryRegistry().findEnumValue(u"adVarWChar"), 202);
   EXPECT_EQ(libraryRegistry().findEnumValue(u"adLockBatchOptimistic"), 4);
