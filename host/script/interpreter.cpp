@@ -261,7 +261,8 @@ void Evaluator::checkStack() {
   const auto base = reinterpret_cast<std::uintptr_t>(stackBase_);
   const auto now = reinterpret_cast<std::uintptr_t>(&here);
   const std::uintptr_t used = base > now ? base - now : now - base;
-  if (stackBase_ != nullptr && used > kStackLimit) {
+  const std::uintptr_t limit = stackBudget_ != 0 ? stackBudget_ : kStackLimit;
+  if (stackBase_ != nullptr && used > limit) {
     raiseScriptError(script_error::kOutOfStackSpace);
   }
 }
@@ -378,6 +379,10 @@ bool Interpreter::callProcedure(StringView name, std::span<Variant> arguments) {
 
 void Interpreter::setStepBudget(uint64_t steps) {
   state_->evaluator.setStepBudget(steps);
+}
+
+void Interpreter::setStackBudget(std::size_t bytes) {
+  state_->evaluator.setStackBudget(bytes);
 }
 
 }  // namespace ravelin::script

@@ -2,6 +2,7 @@
 // variant semantics, late-bound calls into the library, and the runtime's error handling.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <ravelin/frame/error.hpp>
@@ -67,6 +68,13 @@ class Interpreter {
   // On Error catches. Fuzzing uses it to turn endless loops into errors. 0 (the default) means
   // no bound.
   void setStepBudget(uint64_t steps);
+
+  // Bounds the stack each call of run, execute, evaluate or callProcedure may use, counted from
+  // where it was entered; deeper recursion raises 28 "Out of stack space". 0 (the default) is
+  // the budget of the main thread (platform/stack.hpp). A host that runs scripts on a thread
+  // with a smaller stack gives a budget that leaves room below it for the deepest nesting the
+  // parser accepts, which Execute and Eval may parse at any depth.
+  void setStackBudget(std::size_t bytes);
 
  private:
   struct State;

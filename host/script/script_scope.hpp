@@ -140,6 +140,7 @@ class Evaluator {
   void callFromHost(const ProcedureRef& procedure, std::span<Variant> arguments);
   void addGlobalObject(StringView name, ObjectRef object);
   void setStepBudget(uint64_t steps) { stepBudget_ = steps; }
+  void setStackBudget(std::size_t bytes) { stackBudget_ = bytes; }
   void beginEntry();
   ScriptError toScriptError(const AutomationError& error) const;
 
@@ -241,6 +242,7 @@ class Evaluator {
   uint64_t stepBudget_ = 0;
   uint64_t steps_ = 0;
   int callDepth_ = 0;
+  std::size_t stackBudget_ = 0;  // 0: the main thread's (platform/stack.hpp)
   const char* stackBase_ = nullptr;
 };
 
