@@ -20,7 +20,8 @@ struct NestingForm {
 inline std::string repeated(const std::string& text, int times) {
   std::string result;
   result.reserve(text.size() * static_cast<std::size_t>(times));
-  for (int i = 0; i < times; ++i) result += text;
+  for (int i = 0; i < times; ++i)
+    result += text;
   return result;
 }
 
@@ -67,8 +68,8 @@ inline bool parses(const std::string& source) {
 inline int deepestAccepted(const NestingForm& form) {
   constexpr int kMaxDepth = 4 * script::kMaxNesting;
   constexpr int kHeight = static_cast<int>(script::kMaxExpressionHeight);
-  for (const int guess : {script::kMaxNesting - 1, kHeight - 1, kHeight - 2,
-                          script::kMaxNesting / 2 - 1}) {
+  for (const int guess :
+       {script::kMaxNesting - 1, kHeight - 1, kHeight - 2, script::kMaxNesting / 2 - 1}) {
     if (parses(form.source(guess)) && !parses(form.source(guess + 1))) return guess;
   }
   if (parses(form.source(kMaxDepth))) return kMaxDepth;

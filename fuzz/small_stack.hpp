@@ -22,8 +22,8 @@
 #include <exception>
 
 // The lowest stack address reached on the thread, kept by the coverage instrumentation.
-extern "C" __attribute__((tls_model("initial-exec"))) thread_local std::uintptr_t
-    __sancov_lowest_stack;
+extern "C"
+    __attribute__((tls_model("initial-exec"))) thread_local std::uintptr_t __sancov_lowest_stack;
 
 namespace ravelin::fuzzing {
 
@@ -80,7 +80,8 @@ class SmallStack {
     run(work);
     ASAN_UNPOISON_MEMORY_REGION(stack, size_);
     std::size_t untouched = 0;
-    while (untouched < size_ && stack[untouched] == kPaint) ++untouched;
+    while (untouched < size_ && stack[untouched] == kPaint)
+      ++untouched;
     return size_ - untouched;
   }
 
