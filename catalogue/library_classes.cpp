@@ -20,6 +20,8 @@
 #include <ravelin/containers/cls_larray_double2.hpp>
 #include <ravelin/containers/cls_larray_long_object.hpp>
 #include <ravelin/containers/cls_larray_object.hpp>
+#include <ravelin/data/ado_enums.hpp>
+#include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/object_copy.hpp>
@@ -73,6 +75,22 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<MathFunctions>();
   registry.add<RoundingTypes>();
   registry.add<VarDataType>();
+  // data
+  registry.add<Recordset>();
+  registry.add<Fields>();
+  registry.add<Field>();
+  registry.add<DataTypeEnum>();
+  registry.add<FieldAttributeEnum>();
+  registry.add<LockTypeEnum>();
+  registry.add<CursorTypeEnum>();
+  registry.add<CursorLocationEnum>();
+  registry.add<ObjectStateEnum>();
+  registry.add<EditModeEnum>();
+  registry.add<RecordStatusEnum>();
+  registry.add<AffectEnum>();
+  registry.add<PersistFormatEnum>();
+  registry.add<FilterGroupEnum>();
+  registry.add<PositionEnum>();
 }
 
 }  // namespace ravelin

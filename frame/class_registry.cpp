@@ -42,7 +42,15 @@ void ClassRegistry::addEnum(const EnumInfo& info) {
   }
 }
 
+void ClassRegistry::addProgId(StringView progId, const ClassInfo& info) {
+  progIds_[toUpper(progId)] = &info;
+}
+
 const ClassInfo* ClassRegistry::findClass(StringView name) const {
+  if (!progIds_.empty()) {
+    auto byProgId = progIds_.find(toUpper(name));
+    if (byProgId != progIds_.end()) return byProgId->second;
+  }
   auto found = classIndex_.find(toUpper(withoutLibraryPrefix(name)));
   return found == classIndex_.end() ? nullptr : classes_[found->second];
 }

@@ -24,6 +24,9 @@ class ClassRegistry {
       static_assert(
           requires { T::describe(); }, "a registered class describes its members");
       addClass(classTableOf<T>());
+      // A class that stands in for a system object is also created by that object's
+      // programmatic identifier (kProgId, "ADODB.Recordset").
+      if constexpr (requires { T::kProgId; }) addProgId(T::kProgId, classTableOf<T>());
     }
   }
 
@@ -31,11 +34,15 @@ class ClassRegistry {
   // replaces the earlier one.
   void addClass(const ClassInfo& info);
   void addClass(ClassInfo&&) = delete;
+  // Makes an added class creatable under a second, full programmatic identifier (any case).
+  void addProgId(StringView progId, const ClassInfo& info);
+  void addProgId(StringView, ClassInfo&&) = delete;
   // Adds an enumeration, which must outlive the registry.
   void addEnum(const EnumInfo& info);
   void addEnum(EnumInfo&&) = delete;
 
-  // The class named "Ravelin.clsArrayLong" or "clsArrayLong" (any case); null if none.
+  // The class named "Ravelin.clsArrayLong" or "clsArrayLong", or by a programmatic identifier
+  // of its own (any case); null if none.
   const ClassInfo* findClass(StringView name) const;
   // A new object of the named class; raises 429 when the name is unknown or not creatable.
   ObjectRef create(StringView name) const;
@@ -51,9 +58,10 @@ class ClassRegistry {
  private:
   std::vector<const ClassInfo*> classes_;
   std::vector<const EnumInfo*> enums_;
-  std::unordered_map<String, std::size_t> classIndex_;  // upper-case name -> classes_
-  std::unordered_map<String, std::size_t> enumIndex_;   // upper-case name -> enums_
-  std::unordered_map<String, int32_t> enumValues_;      // upper-case member name -> value
+  std::unordered_map<String, std::size_t> classIndex_;    // upper-case name -> classes_
+  std::unordered_map<String, const ClassInfo*> progIds_;  // upper-case identifier -> class
+  std::unordered_map<String, std::size_t> enumIndex_;     // upper-case name -> enums_
+  std::unordered_map<String, int32_t> enumValues_;        // upper-case member name -> value
 };
 
 // The prefix of the library's class names when created by programmatic identifier.

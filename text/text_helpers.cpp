@@ -1,6 +1,7 @@
 // Shared text helpers of the common-functions module.
 #include <ravelin/frame/code_page.hpp>
 #include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/text/text_helpers.hpp>
@@ -74,9 +75,10 @@ double TruncateNumber(const Variant& value) {
   return Val(whole);
 }
 
-String FieldValueText(const Variant& fieldValue) {
+String FieldValueText(const ObjectRef& field) {
   try {
-    return CStr(fieldValue);
+    std::vector<CallArgument> none;
+    return CStr(callMember(field, u"Value", MemberKind::PropertyGet, none));
   } catch (const AutomationError&) {
     return String();
   }

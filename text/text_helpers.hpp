@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <ravelin/base/text.hpp>
+#include <ravelin/frame/object.hpp>
 #include <ravelin/frame/variant.hpp>
 
 namespace ravelin {
@@ -28,10 +29,10 @@ String PadRightText(StringView text, int16_t size, int16_t fill);
 // suite's programs expect.
 double TruncateNumber(const Variant& value);
 
-// The text of a record-set field's value; any conversion error (Null included) leaves it empty.
-// Takes the field's Value for now: the overload taking the field object itself belongs with the
-// record sets, which read the Value and pass it here.
-String FieldValueText(const Variant& fieldValue);
+// The text of a record-set field's Value, read by name through late binding so that any field
+// object serves. Any error on the way (Nothing, an object without a Value, no current record, a
+// Null or another value that has no text) is absorbed and the text stays empty.
+String FieldValueText(const ObjectRef& field);
 
 // The code of a unit in the current locale's ANSI code page (what Asc gives).
 int32_t AnsiCodeOf(char16_t unit);

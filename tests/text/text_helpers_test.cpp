@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
+#include <ravelin/frame/public_class.hpp>
 #include <ravelin/tests/support/error_number.hpp>
 #include <ravelin/text/text_helpers.hpp>
 
@@ -87,10 +89,52 @@ TEST(TextHelpers, TruncateNumberWorksOnTheDecimalText) {
   }
 }
 
-TEST(TextHelpers, FieldValueTextAbsorbsConversionErrors) {
-  EXPECT_EQ(FieldValueText(Variant(int32_t{42})), u"42");
-  EXPECT_EQ(FieldValueText(Variant::null()), u"");
-  EXPECT_EQ(FieldValueText(Variant(SafeArray::vector(VarType::Byte, 0, 1))), u"");
+// A field as late binding sees it: an object whose Value is the given value, or raises when the
+// value is an error number.
+class StandInField : public PublicClass<StandInField> {
+ public:
+  static constexpr StringView kClassName = u"StandInField";
+  explicit StandInField(Variant value) : value_(std::move(value)) {}
+  static ClassInfo describe() {
+    return ClassBuilder<StandInField>(kClassName, false)
+        .get(u"Value",
+             [](StandInField& self) -> Variant {
+               if (self.value_.type() == VarType::Error)
+                 raiseError(self.value_.asError().code, u"ADODB.Field", u"no current record");
+               return self.value_;
+             })
+        .build();
+  }
+
+ private:
+  Variant value_;
+};
+
+class NoValue : public PublicClass<NoValue> {
+ public:
+  static constexpr StringView kClassName = u"NoValue";
+  static ClassInfo describe() { return ClassBuilder<NoValue>(kClassName, false).build(); }
+};
+
+TEST(TextHelpers, FieldValueTextReadsTheValueAndAbsorbsErrors) {
+  ScopedLocale locale(u"en-US");
+  const struct {
+    const char* what;
+    ObjectRef field;
+    const char16_t* expected;
+  } rows[] = {
+      {"a Long", makeObject<StandInField>(Variant(int32_t{42})), u"42"},
+      {"a Double", makeObject<StandInField>(Variant(1.5)), u"1.5"},
+      {"a Boolean", makeObject<StandInField>(Variant(true)), u"True"},
+      {"a text", makeObject<StandInField>(Variant(u" kept as is ")), u" kept as is "},
+      {"Null", makeObject<StandInField>(Variant::null()), u""},
+      {"an array", makeObject<StandInField>(Variant(SafeArray::vector(VarType::Byte, 0, 1))), u""},
+      {"a raised error", makeObject<StandInField>(Variant(Variant::ErrorValue{3021})), u""},
+      {"no Value member", makeObject<NoValue>(), u""},
+      {"Nothing", nullptr, u""},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(FieldValueText(row.field), row.expected) << row.what;
 }
 
 }  // namespace

@@ -1,0 +1,39 @@
+#include <ravelin/data/ado_errors.hpp>
+#include <ravelin/frame/error.hpp>
+
+namespace ravelin {
+
+StringView adoErrorDescription(int32_t number) {
+  switch (number) {
+    case ado_error::kArgumentsWrongType:
+      return u"Arguments are of the wrong type, are out of acceptable range, or are in conflict "
+             u"with one another.";
+    case ado_error::kNoCurrentRecord:
+      return u"Either BOF or EOF is True, or the current record has been deleted. Requested "
+             u"operation requires a current record.";
+    case ado_error::kNotAllowedInContext:
+      return u"Operation is not allowed in this context.";
+    case ado_error::kUpdateNotSupported:
+      return u"Current Recordset does not support updating. This may be a limitation of the "
+             u"provider or of the selected locktype.";
+    case ado_error::kItemNotFound:
+      return u"Item cannot be found in the collection corresponding to the requested name or "
+             u"ordinal.";
+    case ado_error::kAlreadyInCollection:
+      return u"Object is already in collection. Cannot append.";
+    case ado_error::kObjectClosed:
+      return u"Operation is not allowed when the object is closed.";
+    case ado_error::kObjectOpen:
+      return u"Operation is not allowed when the object is open.";
+    case ado_error::kMultipleStepErrors:
+      return u"Multiple-step operation generated errors. Check each status value.";
+    default:
+      return u"";
+  }
+}
+
+void raiseAdoError(int32_t number, StringView source) {
+  raiseError(number, String(source), String(adoErrorDescription(number)));
+}
+
+}  // namespace ravelin

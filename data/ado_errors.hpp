@@ -1,0 +1,36 @@
+// The data-access objects' errors: their numbers, texts and sources, as a script sees them in Err
+// (the number is the low word of the object's error code 0x800A0000 + number).
+#pragma once
+
+#include <cstdint>
+#include <ravelin/base/text.hpp>
+
+namespace ravelin {
+
+namespace ado_error {
+inline constexpr int32_t kArgumentsWrongType = 3001;
+inline constexpr int32_t kNoCurrentRecord = 3021;
+inline constexpr int32_t kNotAllowedInContext = 3219;
+inline constexpr int32_t kUpdateNotSupported = 3251;
+inline constexpr int32_t kItemNotFound = 3265;
+inline constexpr int32_t kAlreadyInCollection = 3367;
+inline constexpr int32_t kObjectClosed = 3704;
+inline constexpr int32_t kObjectOpen = 3705;
+// A value that cannot be converted to the field's type, does not fit its size, or is Null for a
+// field that takes no Null: the cursor engine's DB_E_ERRORSOCCURRED.
+inline constexpr int32_t kMultipleStepErrors = static_cast<int32_t>(0x80040E21u);
+}  // namespace ado_error
+
+// The objects that raise them, as the error's source.
+inline constexpr StringView kRecordsetSource = u"ADODB.Recordset";
+inline constexpr StringView kFieldsSource = u"ADODB.Fields";
+inline constexpr StringView kFieldSource = u"ADODB.Field";
+inline constexpr StringView kCursorEngineSource = u"Microsoft Cursor Engine";
+
+// The description of a data-access error number ("" for a number not listed above).
+StringView adoErrorDescription(int32_t number);
+
+// Raises the error with its description and the given source.
+[[noreturn]] void raiseAdoError(int32_t number, StringView source);
+
+}  // namespace ravelin

@@ -1,0 +1,143 @@
+#include <ravelin/data/ado_errors.hpp>
+#include <ravelin/data/recordset.hpp>
+#include <ravelin/frame/class_builder.hpp>
+
+namespace ravelin {
+
+Recordset::Recordset()
+    : store_(std::make_shared<RecordStore>()), fields_(makeObject<ravelin::Fields>(store_)) {}
+
+void Recordset::Open(const Variant& Source, const Variant& ActiveConnection, int32_t CursorType,
+                     int32_t LockType, int32_t Options) {
+  (void)Options;
+  const auto given = [](const Variant& value) {
+    return !value.isMissing() && !value.isEmpty() && !(value.isObject() && !value.asObject());
+  };
+  if (store_->isOpen()) raiseAdoError(ado_error::kObjectOpen, kRecordsetSource);
+  // Only the fabricated set is opened here: a source or a connection is not reached.
+  if (given(Source) || given(ActiveConnection))
+    raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
+  store_->open(CursorType, LockType);
+}
+
+void Recordset::assignList(const Variant& fieldList, const Variant& values) {
+  if (fieldList.isMissing()) return;
+  if (fieldList.isArray() != values.isArray())
+    raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
+  if (!fieldList.isArray()) {
+    fields_->Item(fieldList)->setValue(values);
+    return;
+  }
+  const auto& names = fieldList.asArray().elements;
+  const auto& given = values.asArray().elements;
+  if (names.size() != given.size()) raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
+  for (std::size_t i = 0; i < names.size(); ++i)
+    fields_->Item(names[i])->setValue(given[i]);
+}
+
+void Recordset::AddNew(const Variant& FieldList, const Variant& Values) {
+  store_->addNew();
+  if (FieldList.isMissing()) return;
+  assignList(FieldList, Values);
+  store_->update();
+}
+
+void Recordset::Update(const Variant& FieldList, const Variant& Values) {
+  assignList(FieldList, Values);
+  store_->update();
+}
+
+void Recordset::Move(int32_t NumRecords, const Variant& Start) {
+  if (!Start.isMissing()) raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
+  store_->move(NumRecords);
+}
+
+// ---- Bulk loading ---------------------------------------------------------------------------
+
+void Recordset::reserveRows(std::size_t rows) {
+  store_->reserveRows(rows);
+}
+
+std::size_t Recordset::appendRow() {
+  return store_->appendRow();
+}
+
+void Recordset::setCellDouble(std::size_t row, std::size_t field, double value) {
+  store_->cellColumn(row, field, CellKind::Double).setDouble(row, value);
+}
+
+void Recordset::setCellBoolean(std::size_t row, std::size_t field, bool value) {
+  store_->cellColumn(row, field, CellKind::Boolean).setBoolean(row, value);
+}
+
+void Recordset::setCellDate(std::size_t row, std::size_t field, double serial) {
+  store_->cellColumn(row, field, CellKind::Date).setDouble(row, serial);
+}
+
+void Recordset::setCellText(std::size_t row, std::size_t field, StringView value) {
+  store_->cellColumn(row, field, CellKind::Text).setText(row, value);
+}
+
+void Recordset::setCellLatin1(std::size_t row, std::size_t field, std::string_view bytes) {
+  store_->cellColumn(row, field, CellKind::Text).setLatin1(row, bytes);
+}
+
+// ---- Member table ---------------------------------------------------------------------------
+
+ClassInfo Recordset::describe() {
+  const auto missing = [](StringView name) { return optional(name, Variant::missing()); };
+  return ClassBuilder<Recordset>(kClassName)
+      .get(u"Fields", &Recordset::Fields)
+      // The default member: rs("Name") is rs.Fields("Name"), and rs alone its Fields.
+      .get(u"",
+           [](Recordset& self, const Variant& index) -> Variant {
+             if (index.isMissing()) return Variant(ObjectRef(self.Fields()));
+             return Variant(ObjectRef(self.Fields()->Item(index)));
+           },
+           {missing(u"Index")})
+      .let(u"",
+           [](Recordset& self, const Variant& index, const Variant& value) {
+             self.Fields()->Item(index)->setValue(value);
+           },
+           {u"Index"})
+      .method(u"Open", &Recordset::Open,
+              {missing(u"Source"), missing(u"ActiveConnection"),
+               optional(u"CursorType", Variant(int32_t{adOpenUnspecified})),
+               optional(u"LockType", Variant(int32_t{adLockUnspecified})),
+               optional(u"Options", Variant(int32_t{-1}))})
+      .method(u"Close", &Recordset::Close)
+      .get(u"State", &Recordset::State)
+      .method(u"AddNew", &Recordset::AddNew, {missing(u"FieldList"), missing(u"Values")})
+      .method(u"Update", &Recordset::Update, {missing(u"Fields"), missing(u"Values")})
+      .method(u"CancelUpdate", &Recordset::CancelUpdate)
+      .method(u"Cancel", &Recordset::Cancel)
+      .method(u"Delete", &Recordset::Delete,
+              {optional(u"AffectRecords", Variant(int32_t{adAffectCurrent}))})
+      .method(u"UpdateBatch", &Recordset::UpdateBatch,
+              {optional(u"AffectRecords", Variant(int32_t{adAffectAll}))})
+      .method(u"CancelBatch", &Recordset::CancelBatch,
+              {optional(u"AffectRecords", Variant(int32_t{adAffectAll}))})
+      .method(u"MoveFirst", &Recordset::MoveFirst)
+      .method(u"MoveLast", &Recordset::MoveLast)
+      .method(u"MoveNext", &Recordset::MoveNext)
+      .method(u"MovePrevious", &Recordset::MovePrevious)
+      .method(u"Move", &Recordset::Move, {u"NumRecords", missing(u"Start")})
+      .get(u"BOF", &Recordset::BOF)
+      .get(u"EOF", &Recordset::EndOfFile)
+      .get(u"RecordCount", &Recordset::RecordCount)
+      .get(u"AbsolutePosition", &Recordset::AbsolutePosition)
+      .let(u"AbsolutePosition", &Recordset::setAbsolutePosition)
+      .get(u"EditMode", &Recordset::EditMode)
+      .get(u"Status", &Recordset::Status)
+      .get(u"LockType", &Recordset::LockType)
+      .let(u"LockType", &Recordset::setLockType)
+      .get(u"CursorType", &Recordset::CursorType)
+      .let(u"CursorType", &Recordset::setCursorType)
+      .get(u"CursorLocation", &Recordset::CursorLocation)
+      .let(u"CursorLocation", &Recordset::setCursorLocation)
+      .get(u"Filter", &Recordset::Filter)
+      .let(u"Filter", &Recordset::setFilter)
+      .build();
+}
+
+}  // namespace ravelin
