@@ -65,6 +65,8 @@ double numericText(std::string_view text) {
   // Anything after the number (an exponent, a blank between digits, other text) or no digit at
   // all: Val's own rules apply.
   if (i != n || !anyDigit || fractionDigits > 22) return throughVal(text);
+  // Val gives a plain zero for "-0".
+  if (mantissa == 0) return 0.0;
   const double value = static_cast<double>(mantissa) / kExactPowers[fractionDigits];
   return negative ? -value : value;
 }
