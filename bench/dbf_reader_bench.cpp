@@ -32,8 +32,8 @@ double peakMegabytes() {
 
 ravelin::test_dbf::Table benchTable() {
   ravelin::test_dbf::Table table;
-  table.fields = {{"ID", 'N', 10, 0},   {"NAME", 'C', 40},  {"PRICE", 'N', 12, 2},
-                  {"SOLD", 'D', 8},     {"PAID", 'L', 1},   {"NOTE", 'C', 60}};
+  table.fields = {{"ID", 'N', 10, 0}, {"NAME", 'C', 40}, {"PRICE", 'N', 12, 2},
+                  {"SOLD", 'D', 8},   {"PAID", 'L', 1},  {"NOTE", 'C', 60}};
   return table;
 }
 
@@ -109,8 +109,8 @@ void BM_ReadDbfAndWalk(benchmark::State& state) {
     benchmark::DoNotOptimize(sum);
     benchmark::DoNotOptimize(units);
   }
-  state.counters["records_per_s"] =
-      benchmark::Counter(double(kRecords) * double(state.iterations()), benchmark::Counter::kIsRate);
+  state.counters["records_per_s"] = benchmark::Counter(
+      double(kRecords) * double(state.iterations()), benchmark::Counter::kIsRate);
   state.counters["file_MB"] = double(file.bytes) / 1e6;
   state.counters["peak_growth_MB"] = peakGrowth;
 }
@@ -123,8 +123,8 @@ void BM_ReadDbfOnly(benchmark::State& state) {
     std::shared_ptr<Recordset> rs = reader.readDBF(file.name());
     benchmark::DoNotOptimize(rs.get());
   }
-  state.counters["records_per_s"] =
-      benchmark::Counter(double(kRecords) * double(state.iterations()), benchmark::Counter::kIsRate);
+  state.counters["records_per_s"] = benchmark::Counter(
+      double(kRecords) * double(state.iterations()), benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_ReadDbfOnly)->Unit(benchmark::kMillisecond);
 
@@ -206,8 +206,8 @@ void BM_PlainParseAndWalk(benchmark::State& state) {
     benchmark::DoNotOptimize(sum);
     benchmark::DoNotOptimize(units);
   }
-  state.counters["records_per_s"] =
-      benchmark::Counter(double(kRecords) * double(state.iterations()), benchmark::Counter::kIsRate);
+  state.counters["records_per_s"] = benchmark::Counter(
+      double(kRecords) * double(state.iterations()), benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_PlainParseAndWalk)->Unit(benchmark::kMillisecond);
 

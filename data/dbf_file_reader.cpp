@@ -72,7 +72,9 @@ class TextDecoder {
   std::array<bool, 256> sameUnit_{};
 };
 
-String quoted(StringView text) { return u"\"" + String(text) + u"\""; }
+String quoted(StringView text) {
+  return u"\"" + String(text) + u"\"";
+}
 
 [[noreturn]] void raiseAt(uint32_t record, const Column& column, StringView what) {
   dbf::raiseReaderError(u"Record " + number(record) + u": field " + quoted(column.name) + u" " +
@@ -80,8 +82,9 @@ String quoted(StringView text) { return u"\"" + String(text) + u"\""; }
 }
 
 [[noreturn]] void raiseUnsupported(uint32_t record, const Column& column) {
-  raiseAt(record, column,
-          u"has the unsupported type " + quoted(String(1, static_cast<unsigned char>(column.type))));
+  raiseAt(
+      record, column,
+      u"has the unsupported type " + quoted(String(1, static_cast<unsigned char>(column.type))));
 }
 
 [[noreturn]] void raiseBadDate(uint32_t record, const Column& column, const TextDecoder& decoder,
@@ -183,8 +186,8 @@ void storeRecord(Recordset& rs, const std::vector<Column>& columns, const TextDe
 
 // Stores the last record as the table's algorithm does: AddNew, then each value assigned through
 // the field of its name, and the row left under AddNew.
-void storeLastRecord(Recordset& rs, const std::vector<Column>& columns,
-                     const TextDecoder& decoder, std::string_view record, uint32_t recordNumber) {
+void storeLastRecord(Recordset& rs, const std::vector<Column>& columns, const TextDecoder& decoder,
+                     std::string_view record, uint32_t recordNumber) {
   rs.AddNew();
   if (record[0] == '*') {
     rs.Cancel();  // changes nothing: the row begun stays, with every field unset

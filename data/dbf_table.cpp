@@ -170,8 +170,8 @@ std::vector<FieldDescriptor> readDescriptors(ByteSource& source, const Header& h
 RecordStream::RecordStream(ByteSource& source, const Header& header, std::size_t bufferBytes)
     : source_(source), recordLength_(header.recordLength), count_(header.recordCount) {
   // Whole records only, at least one, and never more than the table holds.
-  const std::size_t records = std::max<std::size_t>(1, bufferBytes / std::max<std::size_t>(
-                                                                         1, recordLength_));
+  const std::size_t records =
+      std::max<std::size_t>(1, bufferBytes / std::max<std::size_t>(1, recordLength_));
   buffer_.resize(std::min<uint64_t>(records, count_) * recordLength_);
 }
 

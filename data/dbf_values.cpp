@@ -24,7 +24,9 @@ double throughVal(std::string_view text) {
   return Val(wide);
 }
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 }  // namespace
 

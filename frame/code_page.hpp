@@ -3,10 +3,9 @@
 
 #include <array>
 #include <optional>
+#include <ravelin/base/text.hpp>
 #include <string>
 #include <string_view>
-
-#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 

@@ -17,7 +17,9 @@ double decimalDivisor(uint8_t decimalByte);
 double numericText(std::string_view text);
 
 // "L": true only for the text "T" or "Y" exactly.
-inline bool logicalText(std::string_view text) { return text == "T" || text == "Y"; }
+inline bool logicalText(std::string_view text) {
+  return text == "T" || text == "Y";
+}
 
 // "D": the text "yyyymmdd". Blank (only spaces, or empty) leaves the field unset; characters 1-4,
 // 5-6 and 7-8 must be decimal digits, packed as DateSerial packs them (a month or day out of its

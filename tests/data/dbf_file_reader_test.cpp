@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
 #include <fstream>
+#include <functional>
 #include <ravelin/data/dbf_file_reader.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/date_time.hpp>
@@ -36,8 +36,12 @@ std::vector<std::vector<Variant>> rowsOf(Recordset& rs, const std::vector<String
   return rows;
 }
 
-Variant text(StringView value) { return Variant(value); }
-Variant date(int year, int month, int day) { return Variant(makeDate(year, month, day)); }
+Variant text(StringView value) {
+  return Variant(value);
+}
+Variant date(int year, int month, int day) {
+  return Variant(makeDate(year, month, day));
+}
 const Variant kNull = Variant::null();
 
 class TempFile {
@@ -60,8 +64,8 @@ class TempFile {
 
 Table everyType() {
   Table table;
-  table.fields = {{"NAME", 'C', 10},    {"QTY", 'N', 8, 2},   {"PRICE", 'N', 8, '2'},
-                  {"PLAIN", 'N', 6, ' '}, {"OK", 'L', 1},      {"BORN", 'D', 8},
+  table.fields = {{"NAME", 'C', 10},      {"QTY", 'N', 8, 2}, {"PRICE", 'N', 8, '2'},
+                  {"PLAIN", 'N', 6, ' '}, {"OK", 'L', 1},     {"BORN", 'D', 8},
                   {"NOTES", 'M', 10}};
   return table;
 }
@@ -111,17 +115,15 @@ TEST(DBFFileReaderTest, EveryColumnTypeAndEdgeCase) {
       {text(u"x         "), Variant(0.0), Variant(0.0), Variant(0.0), Variant(false),
        date(1999, 12, 31), kNull},
       {kNull, kNull, kNull, kNull, kNull, kNull, kNull},  // deleted: every column unset
-      {text(u"          "), Variant(0.0), Variant(0.0), Variant(0.0), Variant(false), kNull,
-       kNull},
+      {text(u"          "), Variant(0.0), Variant(0.0), Variant(0.0), Variant(false), kNull, kNull},
   };
-  const auto rows =
-      rowsOf(*rs, {u"NAME", u"QTY", u"PRICE", u"PLAIN", u"OK", u"BORN", u"NOTES"});
+  const auto rows = rowsOf(*rs, {u"NAME", u"QTY", u"PRICE", u"PLAIN", u"OK", u"BORN", u"NOTES"});
   ASSERT_EQ(rows.size(), expected.size());
   for (std::size_t r = 0; r < rows.size(); ++r) {
     for (std::size_t c = 0; c < expected[r].size(); ++c) {
-      EXPECT_EQ(rows[r][c], expected[r][c]) << "row " << r << " column " << c << ": "
-                                            << toUtf8(CStr(rows[r][c].isNull() ? Variant(u"null")
-                                                                               : rows[r][c]));
+      EXPECT_EQ(rows[r][c], expected[r][c])
+          << "row " << r << " column " << c << ": "
+          << toUtf8(CStr(rows[r][c].isNull() ? Variant(u"null") : rows[r][c]));
     }
   }
   EXPECT_EQ(rs->RecordCount(), 5);
@@ -160,8 +162,7 @@ TEST(DBFFileReaderTest, HeaderShapesAndTheLastRecord) {
   // An unsupported type that only deleted records reach is no failure; it has no column.
   Table binary;
   binary.fields = {{"A", 'C', 2}, {"PIC", 'B', 10}};
-  const auto skipped =
-      DBFFileReader::readBytes(test_dbf::tableBytes(binary, {{{"x", "1"}, true}}));
+  const auto skipped = DBFFileReader::readBytes(test_dbf::tableBytes(binary, {{{"x", "1"}, true}}));
   EXPECT_EQ(skipped->Fields()->Count(), 1);
 
   // A name is cut at its first null and trimmed; an empty name is a column too.
@@ -179,15 +180,15 @@ TEST(DBFFileReaderTest, TextIsDecodedFromTheTablesCodePage) {
     StringView expected;
   };
   const Row rows[] = {
-      {0x03, "Pre\xE7o", u"Pre\u00E7o"},          // 1252, the ISO-8859-1 path
-      {0x03, "\x80 5", u"\u20AC 5"},              // 1252 above ISO-8859-1
-      {0x02, "Pre\x87o", u"Pre\u00E7o"},          // 850
+      {0x03, "Pre\xE7o", u"Pre\u00E7o"},              // 1252, the ISO-8859-1 path
+      {0x03, "\x80 5", u"\u20AC 5"},                  // 1252 above ISO-8859-1
+      {0x02, "Pre\x87o", u"Pre\u00E7o"},              // 850
       {0x01, "\xC9\xCD\xBB", u"\u2554\u2550\u2557"},  // 437
-      {0xC9, "\xC6\xE0", u"\u0416\u0430"},          // 1251
-      {0x65, "\x86\xA0", u"\u0416\u0430"},          // 866
-      {0x00, "Pre\xE7o", u"Pre\u00E7o"},          // no mark: the locale's ANSI page (1252)
-      {0x57, "\x80", u"\u20AC"},                  // "current ANSI"
-      {0x4D, "\xE7", u"\u00E7"},                  // a double-byte page: the locale's page
+      {0xC9, "\xC6\xE0", u"\u0416\u0430"},            // 1251
+      {0x65, "\x86\xA0", u"\u0416\u0430"},            // 866
+      {0x00, "Pre\xE7o", u"Pre\u00E7o"},              // no mark: the locale's ANSI page (1252)
+      {0x57, "\x80", u"\u20AC"},                      // "current ANSI"
+      {0x4D, "\xE7", u"\u00E7"},                      // a double-byte page: the locale's page
   };
   const ScopedLocale locale(u"en-US");
   for (const Row& row : rows) {

@@ -24,8 +24,8 @@ struct Sample {
 
 std::vector<Sample> samples() {
   Table shop;  // Windows-1252
-  shop.fields = {{"CODE", 'N', 6},  {"NAME", 'C', 20}, {"PRICE", 'N', 8, 2},
-                 {"SOLD", 'D', 8},  {"PAID", 'L', 1},  {"NOTES", 'M', 10}};
+  shop.fields = {{"CODE", 'N', 6}, {"NAME", 'C', 20}, {"PRICE", 'N', 8, 2},
+                 {"SOLD", 'D', 8}, {"PAID", 'L', 1},  {"NOTES", 'M', 10}};
   const std::vector<Record> shopRecords = {
       {{"101", "P\xE3o de queijo", "4.50", "20100607", "T", "1"}},
       {{"102", "Caf\xE9 com leite", "3.25", "", "N", ""}},

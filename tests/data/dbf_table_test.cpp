@@ -74,11 +74,32 @@ TEST(DbfTableTest, StreamsEveryCountedRecordThroughAnyBufferSize) {
 
 TEST(DbfTableTest, NumbersReadAsValReadsThem) {
   const char* const texts[] = {
-      "         0", "       123", "    123.45", "   -123.45", "  +7.5    ", "-0",
-      "0.1",        "3.3",        "1.",         ".5",         "   .",       "",
-      "          ", "-",          "12 34",      "1e3",        "1D2",        "12abc",
-      "\t5",        "&H10",       "999999999999999", "9999999999999999", "0.000000000000000000001",
-      "123456789.123456", "00000000000000000001.5", "1.7976931348623157",
+      "         0",
+      "       123",
+      "    123.45",
+      "   -123.45",
+      "  +7.5    ",
+      "-0",
+      "0.1",
+      "3.3",
+      "1.",
+      ".5",
+      "   .",
+      "",
+      "          ",
+      "-",
+      "12 34",
+      "1e3",
+      "1D2",
+      "12abc",
+      "\t5",
+      "&H10",
+      "999999999999999",
+      "9999999999999999",
+      "0.000000000000000000001",
+      "123456789.123456",
+      "00000000000000000001.5",
+      "1.7976931348623157",
   };
   for (const char* text : texts) {
     SCOPED_TRACE(text);
@@ -92,8 +113,8 @@ TEST(DbfTableTest, NumbersReadAsValReadsThem) {
     uint8_t byte;
     double divisor;
   };
-  const Divisor divisors[] = {{0x20, 1}, {2, 1},   {0, 1}, {'2', 100}, {'0', 1},
-                              {'9', 1e9}, {'A', 1}, {0xB2, 1}, {'-', 1},  {'.', 1}};
+  const Divisor divisors[] = {{0x20, 1},  {2, 1},   {0, 1},    {'2', 100}, {'0', 1},
+                              {'9', 1e9}, {'A', 1}, {0xB2, 1}, {'-', 1},   {'.', 1}};
   for (const Divisor& row : divisors)
     EXPECT_EQ(dbf::decimalDivisor(row.byte), row.divisor) << int{row.byte};
 }

@@ -10,8 +10,8 @@ namespace ravelin {
 namespace {
 
 TEST(CodePageTest, EverySingleByteRoundTripsThroughText) {
-  for (int codePage : {1252, 850, 437, 28591, 737, 852, 857, 860, 861, 863, 865, 866, 874, 1250,
-                       1251, 1253, 1254, 1255, 1256, 1257}) {
+  for (int codePage : {1252, 850, 437, 28591, 737,  852,  857,  860,  861,  863,
+                       865,  866, 874, 1250,  1251, 1253, 1254, 1255, 1256, 1257}) {
     SCOPED_TRACE(codePage);
     std::set<char16_t> units;
     for (int value = 0; value < 256; ++value) {
@@ -37,25 +37,50 @@ TEST(CodePageTest, EncodesKnownUnits) {
     unsigned char expected;
   };
   const Row rows[] = {
-      {u'\u00E7', 1252, 0xE7},                           // c cedilla
-      {u'\u00E7', 850, 0x87},  {u'\u00E3', 850, 0xC6},   // a tilde: in 850, not in 437
-      {u'\u00E3', 437, '?'},   {u'\u20AC', 1252, 0x80},  // euro: only in 1252
-      {u'\u20AC', 850, '?'},   {u'\u20AC', 28591, '?'}, {u'\u0178', 1252, 0x9F},  // Y diaeresis
+      {u'\u00E7', 1252, 0xE7},  // c cedilla
+      {u'\u00E7', 850, 0x87},
+      {u'\u00E3', 850, 0xC6},  // a tilde: in 850, not in 437
+      {u'\u00E3', 437, '?'},
+      {u'\u20AC', 1252, 0x80},  // euro: only in 1252
+      {u'\u20AC', 850, '?'},
+      {u'\u20AC', 28591, '?'},
+      {u'\u0178', 1252, 0x9F},  // Y diaeresis
       {u'\u0081', 1252, 0x81},  // an undefined byte of 1252 keeps its control
-      {u'\u009D', 1252, 0x9D}, {u'\u2500', 437, 0xC4},  // box drawing
-      {u'\u2554', 437, 0xC9},  {u'\u2500', 850, 0xC4},  {u'\u2500', 1252, '?'},
+      {u'\u009D', 1252, 0x9D},
+      {u'\u2500', 437, 0xC4},  // box drawing
+      {u'\u2554', 437, 0xC9},
+      {u'\u2500', 850, 0xC4},
+      {u'\u2500', 1252, '?'},
       {u'\u0131', 850, 0xD5},  // dotless i
-      {u'\u00DF', 437, 0xE1},  {u'\u00A0', 850, 0xFF},  {u'\u00FF', 28591, 0xFF},
-      {u'\u0100', 28591, '?'}, {u'\u00E9', 20127, '?'}, {u'~', 20127, '~'},
-      {u'\uFFFF', 1252, '?'},  {u'\u0000', 850, 0x00},
+      {u'\u00DF', 437, 0xE1},
+      {u'\u00A0', 850, 0xFF},
+      {u'\u00FF', 28591, 0xFF},
+      {u'\u0100', 28591, '?'},
+      {u'\u00E9', 20127, '?'},
+      {u'~', 20127, '~'},
+      {u'\uFFFF', 1252, '?'},
+      {u'\u0000', 850, 0x00},
       // The generated pages: a letter of each script, and one the page lacks.
-      {u'\u0416', 1251, 0xC6}, {u'\u0416', 866, 0x86},  {u'\u0416', 1252, '?'},  // Cyrillic Zhe
-      {u'\u0161', 1250, 0x9A}, {u'\u0161', 852, 0xE7},  {u'\u0161', 437, '?'},   // s caron
-      {u'\u03A9', 1253, 0xD9}, {u'\u03A9', 737, 0x97},  {u'\u011F', 1254, 0xF0},  // Omega, g breve
-      {u'\u011F', 857, 0xA7},  {u'\u05D0', 1255, 0xE0}, {u'\u0627', 1256, 0xC7},  // alef
-      {u'\u0117', 1257, 0xEB}, {u'\u0E01', 874, 0xA1},  {u'\u00E3', 860, 0x84},  // e dot, ko kai
-      {u'\u00F0', 861, 0x8C},  {u'\u00C2', 863, 0x84},  {u'\u00F8', 865, 0x9B},
-      {u'\u20AC', 1251, 0x88}, {u'\u20AC', 866, '?'},
+      {u'\u0416', 1251, 0xC6},
+      {u'\u0416', 866, 0x86},
+      {u'\u0416', 1252, '?'},  // Cyrillic Zhe
+      {u'\u0161', 1250, 0x9A},
+      {u'\u0161', 852, 0xE7},
+      {u'\u0161', 437, '?'},  // s caron
+      {u'\u03A9', 1253, 0xD9},
+      {u'\u03A9', 737, 0x97},
+      {u'\u011F', 1254, 0xF0},  // Omega, g breve
+      {u'\u011F', 857, 0xA7},
+      {u'\u05D0', 1255, 0xE0},
+      {u'\u0627', 1256, 0xC7},  // alef
+      {u'\u0117', 1257, 0xEB},
+      {u'\u0E01', 874, 0xA1},
+      {u'\u00E3', 860, 0x84},  // e dot, ko kai
+      {u'\u00F0', 861, 0x8C},
+      {u'\u00C2', 863, 0x84},
+      {u'\u00F8', 865, 0x9B},
+      {u'\u20AC', 1251, 0x88},
+      {u'\u20AC', 866, '?'},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(testing::Message()
