@@ -21,6 +21,7 @@
 #include <ravelin/containers/cls_larray_long_object.hpp>
 #include <ravelin/containers/cls_larray_object.hpp>
 #include <ravelin/data/ado_enums.hpp>
+#include <ravelin/data/dbf_file_reader.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
@@ -76,6 +77,7 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<RoundingTypes>();
   registry.add<VarDataType>();
   // data
+  registry.add<DBFFileReader>();
   registry.add<Recordset>();
   registry.add<Fields>();
   registry.add<Field>();

@@ -4,13 +4,14 @@
 #include <cstdint>
 #include <ravelin/frame/code_page.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/frame/internal/code_page_tables.hpp>
+#include <unordered_map>
 #include <utility>
 
 namespace ravelin {
 namespace {
 
-// The text unit of each byte from 0x80 to 0xFF; bytes below 0x80 are ASCII in every table.
-using HighHalf = std::array<char16_t, 128>;
+using code_page_tables::HighHalf;
 
 // Windows-1252. The five bytes the code page leaves undefined (0x81, 0x8D, 0x8F, 0x90, 0x9D)
 // map to the same-numbered C1 control, as MultiByteToWideChar does, so they round-trip.
@@ -92,6 +93,21 @@ constexpr TablePage k1252{&kWindows1252, &kWindows1252Reverse};
 constexpr TablePage k850{&kOem850, &kOem850Reverse};
 constexpr TablePage k437{&kOem437, &kOem437Reverse};
 
+// The generated pages with their reverse tables, built once on first use.
+struct GeneratedPages {
+  std::unordered_map<int, ReverseTable> reverse;
+  std::unordered_map<int, TablePage> pages;
+
+  GeneratedPages() {
+    for (int codePage : code_page_tables::generatedCodePages()) {
+      const HighHalf* forward = code_page_tables::generatedHighHalf(codePage);
+      reverse.emplace(codePage, makeReverse(*forward));
+    }
+    for (const auto& [codePage, table] : reverse)
+      pages.emplace(codePage, TablePage{code_page_tables::generatedHighHalf(codePage), &table});
+  }
+};
+
 // The tables of a table-driven page, or null for the others.
 const TablePage* tablePage(int codePage) {
   switch (codePage) {
@@ -102,8 +118,11 @@ const TablePage* tablePage(int codePage) {
     case 437:
       return &k437;
     default:
-      return nullptr;
+      break;
   }
+  static const GeneratedPages generated;
+  auto it = generated.pages.find(codePage);
+  return it == generated.pages.end() ? nullptr : &it->second;
 }
 
 constexpr int kIso8859_1 = 28591;
@@ -144,6 +163,16 @@ std::string encode(StringView text, int codePage) {
     raiseRuntimeError(vb_error::kInvalidProcedureCall);
   }
   return bytes;
+}
+
+std::optional<std::array<char16_t, 256>> singleByteTable(int codePage) {
+  if (codePage == kUtf8 || !isSupportedCodePage(codePage)) return std::nullopt;
+  std::array<char16_t, 256> units{};
+  for (int byte = 0; byte < 256; ++byte) {
+    const char c = static_cast<char>(byte);
+    units[byte] = decode(std::string_view(&c, 1), codePage)[0];
+  }
+  return units;
 }
 
 String decode(std::string_view bytes, int codePage) {
