@@ -24,6 +24,10 @@ struct Builtin {
   Variant (*call)(std::span<const Variant> args);
   // Arguments that are objects arrive as the objects, not their default values.
   bool seesObjects = false;
+  // With seesObjects: an object whose default member needs no arguments arrives as that
+  // member's value (IsNull(rs("Name")) tests the field's value, as the runtime does); any other
+  // object arrives as itself.
+  bool testsDefaultValue = false;
 };
 
 // The built-in function of that name, matched without regard to case, or null. A binary search

@@ -128,16 +128,16 @@ constexpr Builtin kTable[] = {
     {u"CStr", 1, 1, callConversion<&CStr>},
     {u"GetLocale", 0, 0, callGetLocale},
     {u"IsArray", 1, 1, callIsArray, true},
-    {u"IsDate", 1, 1, callIsDate, true},
-    {u"IsEmpty", 1, 1, callIsEmpty, true},
-    {u"IsNull", 1, 1, callIsNull, true},
-    {u"IsNumeric", 1, 1, callIsNumeric, true},
+    {u"IsDate", 1, 1, callIsDate, true, true},
+    {u"IsEmpty", 1, 1, callIsEmpty, true, true},
+    {u"IsNull", 1, 1, callIsNull, true, true},
+    {u"IsNumeric", 1, 1, callIsNumeric, true, true},
     {u"IsObject", 1, 1, callIsObject, true},
     {u"LBound", 1, 2, callLBound},
     {u"SetLocale", 1, 1, callSetLocale},
     {u"TypeName", 1, 1, callTypeName, true},
     {u"UBound", 1, 2, callUBound},
-    {u"VarType", 1, 1, callVarType, true},
+    {u"VarType", 1, 1, callVarType, true, true},
 };
 static_assert(isSortedByName(kTable));
 

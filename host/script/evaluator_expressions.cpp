@@ -1,5 +1,6 @@
 // Expressions: names, calls into the script's procedures, the built-in functions and objects'
 // members, array elements, operators and assignment targets.
+#include <algorithm>
 #include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/operators.hpp>
@@ -32,6 +33,20 @@ Variant compareBy(BinaryOp op, const Variant& a, const Variant& b, const Compare
       return equalTo(a, b, options);
   }
 }
+
+namespace {
+
+// Whether the object's default member gives a value when called without arguments.
+bool hasValueWithoutArguments(const Object& object) {
+  const ClassInfo& info = object.classInfo();
+  const MemberInfo* member = info.find(u"", MemberKind::PropertyGet);
+  if (member == nullptr) member = info.find(u"", MemberKind::Method);
+  if (member == nullptr) return false;
+  return std::all_of(member->parameters.begin(), member->parameters.end(),
+                     [](const ParameterInfo& parameter) { return parameter.optional; });
+}
+
+}  // namespace
 
 Variant Evaluator::defaultValueOf(const Variant& value) {
   if (!value.isObject()) return value;
@@ -402,8 +417,12 @@ Variant Evaluator::callBuiltin(Frame& frame, const Builtin& builtin,
       continue;
     }
     Variant value = eval(frame, *arg.value);
-    if (value.isObject() && !seesObjects && value.asObject()) {
-      if (value.asObject()->classInfo().hasMember(u"")) value = defaultValueOf(value);
+    if (value.isObject() && value.asObject()) {
+      if (!seesObjects) {
+        if (value.asObject()->classInfo().hasMember(u"")) value = defaultValueOf(value);
+      } else if (builtin.testsDefaultValue && hasValueWithoutArguments(*value.asObject())) {
+        value = defaultValueOf(value);
+      }
     }
     values.push_back(std::move(value));
   }

@@ -231,6 +231,15 @@ TEST(InterpreterTest, LibraryObjects) {
        "out.Echo a Is Nothing : out.Echo IsObject(b)",
        "True|False|True"},
       {"out.Echo CCEC_InvalidIndex", "-2147221504"},
+      // The value tests and VarType look through a default member that needs no arguments
+      // (a record set's field) and keep any other object as it is.
+      {"Set rs = CreateObject(\"ADODB.Recordset\") : rs.Fields.Append \"X\", 202, 10, 64\n"
+       "rs.Open : rs.AddNew\nout.Echo IsNull(rs(\"X\")) & VarType(rs(\"X\")) & "
+       "IsEmpty(rs(\"X\")) & TypeName(rs(\"X\")) & IsObject(rs(\"X\"))\n"
+       "rs(\"X\") = \"12\" : out.Echo IsNumeric(rs(\"X\")) & VarType(rs(\"X\")) & "
+       "IsDate(rs(\"X\")) & IsNull(rs(\"X\"))",
+       "True1FalseFieldTrue|True8FalseFalse"},
+      {"out.Echo VarType(box) & IsNull(box) & IsEmpty(box) & TypeName(box)", "9FalseFalseBox"},
       // Default members, and indexes applied to the value of a property without parameters.
       {"box(1) = 5 : box.Self(2) = 7 : out.Echo box(1) + box.Self(2) : out.Echo box.List(1)",
        "12|20"},
