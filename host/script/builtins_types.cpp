@@ -17,7 +17,6 @@ Variant callConversion(Args a) {
   return Variant(Convert(a[0]));
 }
 
-
 Variant callIsArray(Args a) {
   return Variant(a[0].isArray());
 }
