@@ -1,6 +1,7 @@
 // The layout of a dBASE III table file, its checks, and the streaming pass through its records.
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
 #include <fstream>
 #include <ravelin/data/internal/dbf_table.hpp>
 #include <ravelin/frame/error.hpp>
@@ -68,13 +69,23 @@ void readExactly(ByteSource& source, char* into, std::size_t count, StringView w
 
 }  // namespace
 
-void raiseReaderError(String description) {
+[[noreturn]] void raiseReaderError(String description) {
   raiseError(kReservedInvalidFileFormat, String(u"clsDBFFileReader.ReadDBF"),
              std::move(description));
 }
 
+// The name as the system's path. A name that the system cannot spell (text with a lone surrogate
+// where names are UTF-8) names no file.
+std::filesystem::path nativePath(StringView path) {
+  try {
+    return std::filesystem::path{std::u16string(path)};
+  } catch (const std::system_error&) {
+    raiseReaderError(u"File not found: " + String(path));
+  }
+}
+
 std::unique_ptr<ByteSource> openFileSource(StringView path) {
-  const std::filesystem::path native{std::u16string(path)};
+  const std::filesystem::path native = nativePath(path);
   std::error_code error;
   const bool regular = std::filesystem::is_regular_file(native, error);
   if (!regular) {
