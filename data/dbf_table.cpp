@@ -1,10 +1,10 @@
 // The layout of a dBASE III table file, its checks, and the streaming pass through its records.
 #include <algorithm>
 #include <filesystem>
-#include <system_error>
 #include <fstream>
 #include <ravelin/data/internal/dbf_table.hpp>
 #include <ravelin/frame/error.hpp>
+#include <system_error>
 #include <utility>
 
 namespace ravelin::dbf {
