@@ -34,11 +34,6 @@ struct Column {
   char type = 0;
 };
 
-String number(uint64_t value) {
-  const std::string digits = std::to_string(value);
-  return String(digits.begin(), digits.end());
-}
-
 // The code page of the table's text: the one its mark names, else the locale's ANSI page.
 int tableCodePage(uint8_t languageDriver) {
   if (int page = dbf::codePageOfLanguageDriver(languageDriver)) return page;
@@ -77,8 +72,8 @@ String quoted(StringView text) {
 }
 
 [[noreturn]] void raiseAt(uint32_t record, const Column& column, StringView what) {
-  dbf::raiseReaderError(u"Record " + number(record) + u": field " + quoted(column.name) + u" " +
-                        String(what));
+  dbf::raiseReaderError(u"Record " + dbf::decimalText(record) + u": field " + quoted(column.name) +
+                        u" " + String(what));
 }
 
 [[noreturn]] void raiseUnsupported(uint32_t record, const Column& column) {
@@ -247,7 +242,7 @@ std::shared_ptr<Recordset> readTable(dbf::ByteSource& source) {
       }
     } catch (const AutomationError& error) {
       if (error.number() == kReservedInvalidFileFormat) throw;
-      dbf::raiseReaderError(u"Record " + number(n) + u": " + error.description());
+      dbf::raiseReaderError(u"Record " + dbf::decimalText(n) + u": " + error.description());
     }
   }
   return rs;

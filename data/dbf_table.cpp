@@ -14,11 +14,6 @@ constexpr std::size_t kHeaderBytes = 32;
 constexpr std::size_t kDescriptorBytes = 32;
 constexpr char kDescriptorTerminator = 0x0D;
 
-String number(uint64_t value) {
-  const std::string digits = std::to_string(value);
-  return String(digits.begin(), digits.end());
-}
-
 uint16_t readU16(const char* bytes) {
   return static_cast<uint16_t>(static_cast<uint8_t>(bytes[0]) |
                                (static_cast<uint8_t>(bytes[1]) << 8));
@@ -69,6 +64,10 @@ void readExactly(ByteSource& source, char* into, std::size_t count, StringView w
 
 }  // namespace
 
+String decimalText(uint64_t value) {
+  return fromAscii(std::to_string(value));
+}
+
 [[noreturn]] void raiseReaderError(String description) {
   raiseError(kReservedInvalidFileFormat, String(u"clsDBFFileReader.ReadDBF"),
              std::move(description));
@@ -106,7 +105,7 @@ std::unique_ptr<ByteSource> memorySource(std::string_view bytes) {
 Header readHeader(ByteSource& source) {
   if (source.size() < kHeaderBytes) {
     raiseReaderError(u"Truncated file: the header needs 32 bytes and the file has " +
-                     number(source.size()));
+                     decimalText(source.size()));
   }
   char bytes[kHeaderBytes];
   readExactly(source, bytes, kHeaderBytes, u"the header");
@@ -126,20 +125,20 @@ std::vector<FieldDescriptor> readDescriptors(ByteSource& source, const Header& h
   const std::size_t headerLength = header.headerLength;
   const uint64_t fileSize = source.size();
   if (headerLength > fileSize) {
-    raiseReaderError(u"Header length " + number(headerLength) + u" does not fit the file of " +
-                     number(fileSize) + u" bytes");
+    raiseReaderError(u"Header length " + decimalText(headerLength) + u" does not fit the file of " +
+                     decimalText(fileSize) + u" bytes");
   }
   // Descriptors fill the header after its first 32 bytes; the terminator follows the last one.
   const std::size_t terminatorAt = headerLength / kDescriptorBytes * kDescriptorBytes;
   if (headerLength < kHeaderBytes + 1 || terminatorAt >= headerLength) {
-    raiseReaderError(u"Header length " + number(headerLength) +
+    raiseReaderError(u"Header length " + decimalText(headerLength) +
                      u" leaves no room for the descriptor terminator (0x0D)");
   }
   std::vector<char> area(headerLength - kHeaderBytes);
   readExactly(source, area.data(), area.size(), u"the field descriptors");
   if (area[terminatorAt - kHeaderBytes] != kDescriptorTerminator) {
     raiseReaderError(u"Field descriptors without their terminator (0x0D) at byte " +
-                     number(terminatorAt));
+                     decimalText(terminatorAt));
   }
 
   const std::size_t count = terminatorAt / kDescriptorBytes - 1;
@@ -158,8 +157,8 @@ std::vector<FieldDescriptor> readDescriptors(ByteSource& source, const Header& h
     descriptors.push_back(std::move(field));
   }
   if (header.recordLength < offset) {
-    raiseReaderError(u"Record length " + number(header.recordLength) +
-                     u" does not fit the field descriptors, which need " + number(offset) +
+    raiseReaderError(u"Record length " + decimalText(header.recordLength) +
+                     u" does not fit the field descriptors, which need " + decimalText(offset) +
                      u" bytes");
   }
 
@@ -169,11 +168,11 @@ std::vector<FieldDescriptor> readDescriptors(ByteSource& source, const Header& h
     // One byte past the last whole record is the end-of-file mark, not a part of a record.
     const uint64_t partial = available % header.recordLength;
     if (partial > 1) {
-      raiseReaderError(u"Truncated file: record " + number(present + 1) + u" of " +
-                       number(header.recordCount) + u" is incomplete");
+      raiseReaderError(u"Truncated file: record " + decimalText(present + 1) + u" of " +
+                       decimalText(header.recordCount) + u" is incomplete");
     }
-    raiseReaderError(u"Truncated file: the header counts " + number(header.recordCount) +
-                     u" records and the file holds " + number(present));
+    raiseReaderError(u"Truncated file: the header counts " + decimalText(header.recordCount) +
+                     u" records and the file holds " + decimalText(present));
   }
   return descriptors;
 }
@@ -193,8 +192,8 @@ bool RecordStream::next(std::string_view& record) {
         std::min<std::size_t>(buffer_.size() / recordLength_, count_ - handedOut_);
     const std::size_t bytes = records * recordLength_;
     if (source_.read(buffer_.data(), bytes) != bytes) {
-      raiseReaderError(u"Read error: records " + number(handedOut_ + 1) + u" to " +
-                       number(handedOut_ + records) + u" could not be read");
+      raiseReaderError(u"Read error: records " + decimalText(handedOut_ + 1) + u" to " +
+                       decimalText(handedOut_ + records) + u" could not be read");
     }
     buffered_ = static_cast<uint32_t>(records);
     position_ = 0;

@@ -28,6 +28,9 @@ namespace ravelin::dbf {
 // The reader's error: number 0x80040001, source "clsDBFFileReader.ReadDBF".
 [[noreturn]] void raiseReaderError(String description);
 
+// A count or position as decimal text, for the reader's error descriptions.
+String decimalText(uint64_t value);
+
 // Where the bytes come from: a file, or memory for tests and fuzzing. Reads go forward only.
 class ByteSource {
  public:
