@@ -23,6 +23,7 @@
 #include <ravelin/data/ado_enums.hpp>
 #include <ravelin/data/dbf_file_reader.hpp>
 #include <ravelin/data/recordset.hpp>
+#include <ravelin/data/sql_utilities.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/object_copy.hpp>
@@ -93,6 +94,8 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<PersistFormatEnum>();
   registry.add<FilterGroupEnum>();
   registry.add<PositionEnum>();
+  registry.add<SQLUtilities>();
+  registry.add<DataBTypeEnum>();
 }
 
 }  // namespace ravelin

@@ -47,6 +47,11 @@ Date DateSerial(int year, int month, int day);
 // 00:01:00 on 30 December 1899). Raises 5 when the result is outside the valid range.
 Date TimeSerial(int hour, int minute, int second);
 
+// The local date and time of the platform clock (Now, with its milliseconds), and today at
+// midnight (Date). Tests install a simulated clock to fix them.
+Date currentDateTime();
+Date currentDate();
+
 // First-day-of-week and first-week-of-year options, with the runtime's constant values.
 enum FirstDayOfWeek : int {
   vbUseSystemDayOfWeek = 0,

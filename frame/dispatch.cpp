@@ -21,6 +21,18 @@ Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
   return callMember(*object, *member, arguments);
 }
 
+Variant valueBehindObject(const Variant& value) {
+  if (!value.isObject()) return value;
+  const ObjectRef& object = value.asObject();
+  if (!object) raiseRuntimeError(vb_error::kObjectNotSet);
+  const ClassInfo& info = object->classInfo();
+  const MemberInfo* member = info.find(u"", MemberKind::PropertyGet);
+  if (member == nullptr) member = info.find(u"", MemberKind::Method);
+  if (member == nullptr) raiseRuntimeError(vb_error::kMemberNotSupported);
+  std::vector<CallArgument> none;
+  return callMember(*object, *member, none);
+}
+
 Variant callMember(Object& object, const MemberInfo& member, std::span<CallArgument> arguments) {
   const auto& parameters = member.parameters;
   // The bound values and where each came from, in a buffer on the stack that holds what the

@@ -41,6 +41,12 @@ struct CallArgument {
 Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
                    std::span<CallArgument> arguments);
 
+// The value a conversion reads from `value`: the value itself, or for an object the result of
+// its default member called without arguments, as the runtime reads a field passed where a value
+// is expected. Errors: 91 for Nothing, 438 without a default member, 449 when the default
+// member needs an argument.
+Variant valueBehindObject(const Variant& value);
+
 // Binds the arguments of a call to the member's parameters and calls it.
 Variant callMember(Object& object, const MemberInfo& member, std::span<CallArgument> arguments);
 

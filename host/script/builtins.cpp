@@ -1,11 +1,9 @@
 // Name lookup over the families' tables, the shared argument helpers and the script's clock.
 #include <algorithm>
 #include <ravelin/frame/convert.hpp>
-#include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/host/script/builtin_args.hpp>
 #include <ravelin/host/script/builtins.hpp>
-#include <ravelin/platform/clock.hpp>
 
 namespace ravelin::script {
 
@@ -65,12 +63,6 @@ const Builtin* findBuiltin(StringView name) {
     if (const Builtin* found = findIn(table, name)) return found;
   }
   return nullptr;
-}
-
-Date currentDateTime() {
-  const platform::LocalTime now = platform::clock()->localNow();
-  const Date whole = makeDate(now.year, now.month, now.day, now.hour, now.minute, now.second);
-  return Date{whole.serial + static_cast<double>(now.millisecond) / 86400000.0};
 }
 
 }  // namespace ravelin::script

@@ -34,8 +34,4 @@ struct Builtin {
 // of static tables: no work at start-up.
 const Builtin* findBuiltin(StringView name);
 
-// The time Date, Time, Now, Timer and Randomize read: the local date and time of the platform
-// clock as a serial, with its milliseconds. Tests install a simulated clock to fix it.
-Date currentDateTime();
-
 }  // namespace ravelin::script

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/operators.hpp>
 #include <ravelin/host/script/builtin_args.hpp>
