@@ -6,6 +6,7 @@
 #include <ravelin/frame/locale.hpp>
 #include <ravelin/frame/public_class.hpp>
 #include <ravelin/tests/support/error_number.hpp>
+#include <ravelin/tests/support/stand_in_field.hpp>
 #include <ravelin/text/text_helpers.hpp>
 
 namespace ravelin {
@@ -88,27 +89,6 @@ TEST(TextHelpers, TruncateNumberWorksOnTheDecimalText) {
     EXPECT_EQ(TruncateNumber(row.value), row.expected);
   }
 }
-
-// A field as late binding sees it: an object whose Value is the given value, or raises when the
-// value is an error number.
-class StandInField : public PublicClass<StandInField> {
- public:
-  static constexpr StringView kClassName = u"StandInField";
-  explicit StandInField(Variant value) : value_(std::move(value)) {}
-  static ClassInfo describe() {
-    return ClassBuilder<StandInField>(kClassName, false)
-        .get(u"Value",
-             [](StandInField& self) -> Variant {
-               if (self.value_.type() == VarType::Error)
-                 raiseError(self.value_.asError().code, u"ADODB.Field", u"no current record");
-               return self.value_;
-             })
-        .build();
-  }
-
- private:
-  Variant value_;
-};
 
 class NoValue : public PublicClass<NoValue> {
  public:
