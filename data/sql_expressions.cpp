@@ -1,6 +1,7 @@
 // SQLUtilities: the expression wrappers of the two dialects.
 #include <ravelin/base/text.hpp>
 #include <ravelin/data/internal/sql_error_handler.hpp>
+#include <ravelin/data/internal/sql_kind.hpp>
 #include <ravelin/data/sql_utilities.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/text/text_helpers.hpp>
@@ -25,14 +26,7 @@ constexpr DatePartTokens kDateParts[] = {
 String datePartForDatabase(StringView vsDatePart, DataBTypeEnum kind) {
   const String name = toUpper(TrimSpaces(vsDatePart));
   for (const DatePartTokens& part : kDateParts) {
-    if (name != part.name) continue;
-    switch (kind) {
-      case dbtMDB:
-        return String(part.desktop);
-      case dbtMSSQL:
-        return String(part.server);
-    }
-    return String();
+    if (name == part.name) return sql::forKind(kind, part.desktop, part.server);
   }
   raiseError(CCEC_FailedParametersParsing, String(kCommonErrorSource),
              String(SQLUtilities::kClassId) + u".getDatePartForDatabase()\r\n vsDatePart=" +
@@ -42,34 +36,18 @@ String datePartForDatabase(StringView vsDatePart, DataBTypeEnum kind) {
 }  // namespace
 
 String SQLUtilities::FunctionDate(DataBTypeEnum veDatabaseType) const {
-  switch (veDatabaseType) {
-    case dbtMDB:
-      return u" date() ";
-    case dbtMSSQL:
-      return u" getdate() ";
-  }
-  return String();
+  return sql::forKind(veDatabaseType, u" date() ", u" getdate() ");
 }
 
 String SQLUtilities::fmtSQLCastToDate(StringView vsVarName, DataBTypeEnum veDatabaseType) const {
-  switch (veDatabaseType) {
-    case dbtMDB:
-      return u" DATEVALUE(" + String(vsVarName) + u")";
-    case dbtMSSQL:
-      return u" CAST(" + String(vsVarName) + u" AS datetime)";
-  }
-  return String();
+  const String e(vsVarName);
+  return sql::forKind(veDatabaseType, u" DATEVALUE(" + e + u")", u" CAST(" + e + u" AS datetime)");
 }
 
 String SQLUtilities::fmtSQLCastToString(StringView vsColumnExpression,
                                         DataBTypeEnum veDatabaseType) const {
-  switch (veDatabaseType) {
-    case dbtMDB:
-      return u" CStr(" + String(vsColumnExpression) + u")";
-    case dbtMSSQL:
-      return u" CAST(" + String(vsColumnExpression) + u" AS nvarchar)";
-  }
-  return String();
+  const String e(vsColumnExpression);
+  return sql::forKind(veDatabaseType, u" CStr(" + e + u")", u" CAST(" + e + u" AS nvarchar)");
 }
 
 String SQLUtilities::fmtSQLAddConvertToString(StringView vsColumnExpression,
@@ -82,13 +60,8 @@ String SQLUtilities::FunctionHandleNull(StringView vsColumnExpression, StringVie
   return sql::underHandler(u".functionHandleNull()", [&]() -> String {
     const String e(vsColumnExpression);
     const String u(vsUseThisOnNull);
-    switch (veDatabaseType) {
-      case dbtMDB:
-        return u" IIF(ISNULL(" + e + u")," + u + u"," + e + u")";
-      case dbtMSSQL:
-        return u" ISNULL(" + e + u"," + u + u")";
-    }
-    return String();
+    return sql::forKind(veDatabaseType, u" IIF(ISNULL(" + e + u")," + u + u"," + e + u")",
+                        u" ISNULL(" + e + u"," + u + u")");
   });
 }
 

@@ -1,6 +1,7 @@
 // SQLUtilities: value literals, date texts and FormatSqlValue.
 #include <algorithm>
 #include <ravelin/data/internal/sql_error_handler.hpp>
+#include <ravelin/data/internal/sql_kind.hpp>
 #include <ravelin/data/sql_utilities.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/date_time.hpp>
@@ -9,10 +10,6 @@
 
 namespace ravelin {
 namespace {
-
-bool isKnownKind(DataBTypeEnum kind) {
-  return kind == dbtMDB || kind == dbtMSSQL;
-}
 
 String formatDate(Date value, StringView pattern) {
   return Format(Variant(value), pattern);
@@ -63,13 +60,8 @@ String SQLUtilities::fmtSQLTime(Date datValue, DataBTypeEnum /*veDatabaseType*/)
 }
 
 String SQLUtilities::fmtSQLBoolean(bool blnValue, DataBTypeEnum veDatabaseType) const {
-  switch (veDatabaseType) {
-    case dbtMDB:
-      return blnValue ? u"True" : u"False";
-    case dbtMSSQL:
-      return blnValue ? u"1" : u"0";
-  }
-  return String();
+  return blnValue ? sql::forKind(veDatabaseType, u"True", u"1")
+                  : sql::forKind(veDatabaseType, u"False", u"0");
 }
 
 String SQLUtilities::fmtSQLNumber(double vdblValue) const {
@@ -79,7 +71,7 @@ String SQLUtilities::fmtSQLNumber(double vdblValue) const {
 }
 
 String SQLUtilities::fmtSQLString(StringView strValue, DataBTypeEnum veDatabaseType) const {
-  return isKnownKind(veDatabaseType) ? doubledApostrophes(strValue) : String();
+  return sql::isKnownKind(veDatabaseType) ? doubledApostrophes(strValue) : String();
 }
 
 String SQLUtilities::fmtSQLStringHandleNull(const ObjectRef& vntValue,
@@ -89,7 +81,7 @@ String SQLUtilities::fmtSQLStringHandleNull(const ObjectRef& vntValue,
 }
 
 String SQLUtilities::GetSQLLikeOperatorAnySymbol(DataBTypeEnum veDatabaseType) const {
-  return isKnownKind(veDatabaseType) ? String(u"%") : String();
+  return sql::forKind(veDatabaseType, u"%", u"%");
 }
 
 String SQLUtilities::FormatDateToCanonicalForm(Date vdValue) const {
@@ -97,13 +89,9 @@ String SQLUtilities::FormatDateToCanonicalForm(Date vdValue) const {
 }
 
 String SQLUtilities::FormatDateToCanonicalFormV2(Date vdValue, DataBTypeEnum veDatabaseType) const {
-  switch (veDatabaseType) {
-    case dbtMDB:
-      return formatDate(vdValue, u"yyyy-mm-dd hh:mm:ss");
-    case dbtMSSQL:
-      return formatDate(vdValue, u"yyyymmdd hh:mm:ss");
-  }
-  return String();
+  if (!sql::isKnownKind(veDatabaseType)) return String();
+  return formatDate(vdValue,
+                    sql::forKind(veDatabaseType, u"yyyy-mm-dd hh:mm:ss", u"yyyymmdd hh:mm:ss"));
 }
 
 String SQLUtilities::FormatDateTimeForDatabase(Date vdValue, DataBTypeEnum veDatabaseType,

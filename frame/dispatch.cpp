@@ -21,13 +21,17 @@ Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
   return callMember(*object, *member, arguments);
 }
 
+const MemberInfo* findDefaultMember(const Object& object) {
+  const ClassInfo& info = object.classInfo();
+  const MemberInfo* member = info.find(u"", MemberKind::PropertyGet);
+  return member != nullptr ? member : info.find(u"", MemberKind::Method);
+}
+
 Variant valueBehindObject(const Variant& value) {
   if (!value.isObject()) return value;
   const ObjectRef& object = value.asObject();
   if (!object) raiseRuntimeError(vb_error::kObjectNotSet);
-  const ClassInfo& info = object->classInfo();
-  const MemberInfo* member = info.find(u"", MemberKind::PropertyGet);
-  if (member == nullptr) member = info.find(u"", MemberKind::Method);
+  const MemberInfo* member = findDefaultMember(*object);
   if (member == nullptr) raiseRuntimeError(vb_error::kMemberNotSupported);
   std::vector<CallArgument> none;
   return callMember(*object, *member, none);

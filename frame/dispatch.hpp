@@ -41,6 +41,10 @@ struct CallArgument {
 Variant callMember(const ObjectRef& object, StringView name, MemberKind kind,
                    std::span<CallArgument> arguments);
 
+// The default member of an object's class: its unnamed property, else its unnamed method, else
+// null.
+const MemberInfo* findDefaultMember(const Object& object);
+
 // The value a conversion reads from `value`: the value itself, or for an object the result of
 // its default member called without arguments, as the runtime reads a field passed where a value
 // is expected. Errors: 91 for Nothing, 438 without a default member, 449 when the default

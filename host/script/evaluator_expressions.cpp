@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <ravelin/catalogue/library_classes.hpp>
 #include <ravelin/frame/convert.hpp>
+#include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/operators.hpp>
 #include <ravelin/frame/records.hpp>
 #include <ravelin/host/script/parser.hpp>
@@ -38,9 +39,7 @@ namespace {
 
 // Whether the object's default member gives a value when called without arguments.
 bool hasValueWithoutArguments(const Object& object) {
-  const ClassInfo& info = object.classInfo();
-  const MemberInfo* member = info.find(u"", MemberKind::PropertyGet);
-  if (member == nullptr) member = info.find(u"", MemberKind::Method);
+  const MemberInfo* member = findDefaultMember(object);
   if (member == nullptr) return false;
   return std::all_of(member->parameters.begin(), member->parameters.end(),
                      [](const ParameterInfo& parameter) { return parameter.optional; });
@@ -52,9 +51,7 @@ Variant Evaluator::defaultValueOf(const Variant& value) {
   if (!value.isObject()) return value;
   const ObjectRef& object = value.asObject();
   if (!object) raiseScriptError(vb_error::kObjectNotSet);
-  const ClassInfo& info = object->classInfo();
-  const MemberInfo* member = info.find(u"", MemberKind::PropertyGet);
-  if (member == nullptr) member = info.find(u"", MemberKind::Method);
+  const MemberInfo* member = findDefaultMember(*object);
   if (member == nullptr) raiseScriptError(vb_error::kMemberNotSupported);
   for (const ParameterInfo& parameter : member->parameters) {
     // A default member that needs an index has no value of its own.
