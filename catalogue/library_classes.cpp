@@ -29,6 +29,7 @@
 #include <ravelin/frame/sql_data_types.hpp>
 #include <ravelin/numeric/date_functions.hpp>
 #include <ravelin/numeric/math_functions.hpp>
+#include <ravelin/system/timer_mm.hpp>
 #include <ravelin/text/string_functions.hpp>
 
 namespace ravelin {
@@ -93,6 +94,9 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<PersistFormatEnum>();
   registry.add<FilterGroupEnum>();
   registry.add<PositionEnum>();
+  // system
+  registry.add<TimerMM>();
+  registry.add<EEventTypes>();
 }
 
 }  // namespace ravelin
