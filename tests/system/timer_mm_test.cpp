@@ -321,20 +321,5 @@ TEST_F(TimerMMTest, NoLoopForTheThreadRaises51) {
   EXPECT_EQ(timer_registry::size(), std::nullopt);
 }
 
-TEST(TimerMMTable, PublishesItsPropertiesAndItsEvent) {
-  const ClassInfo& info = TimerMM::describe();
-  std::vector<std::string> names;
-  for (const MemberInfo& member : info.members())
-    names.push_back(toUtf8(member.name) + (member.kind == MemberKind::PropertyGet ? " get" : " let"));
-  EXPECT_EQ(names, (std::vector<std::string>{"Enabled get", "Enabled let", "Interval get",
-                                             "Interval let", "Resolution get", "Resolution let",
-                                             "EventType get", "EventType let"}));
-  ASSERT_EQ(info.events().size(), 1u);
-  EXPECT_EQ(info.events()[0].name, u"Timer");
-  ASSERT_EQ(info.events()[0].parameters.size(), 1u);
-  EXPECT_EQ(info.events()[0].parameters[0].name, u"lMilliseconds");
-  EXPECT_EQ(info.events()[0].parameters[0].type, VarType::Long);
-}
-
 }  // namespace
 }  // namespace ravelin
