@@ -40,10 +40,7 @@ EventQueue::EventQueue() : loop_(platform::eventLoops()->make()) {}
 EventQueue::EventQueue(std::shared_ptr<platform::EventLoop> loop) : loop_(std::move(loop)) {}
 
 std::shared_ptr<EventQueue> EventQueue::current() {
-  thread_local std::shared_ptr<EventQueue> queue;
-  std::shared_ptr<platform::EventLoop> loop = platform::currentEventLoop();
-  if (!queue || queue->loop_ != loop) queue = std::make_shared<EventQueue>(std::move(loop));
-  return queue;
+  return std::make_shared<EventQueue>(platform::currentEventLoop());
 }
 
 void EventQueue::waitAndRun(std::chrono::milliseconds duration) {

@@ -65,7 +65,7 @@ class EventQueue {
   EventQueue();
   explicit EventQueue(std::shared_ptr<platform::EventLoop> loop);
 
-  // The queue on the calling thread's loop (platform::currentEventLoop), the one its timers
+  // A queue on the calling thread's loop (platform::currentEventLoop), the one its timers
   // deliver to. Keep the shared reference to post to it from elsewhere: it outlives the thread
   // if need be (posts then never run).
   static std::shared_ptr<EventQueue> current();

@@ -8,17 +8,20 @@
 namespace ravelin::platform {
 
 std::shared_ptr<EventLoop> currentEventLoop() {
-  struct Current {
-    std::shared_ptr<EventLoops> maker;
-    std::shared_ptr<EventLoop> loop;
-  };
-  thread_local Current current;
-  std::shared_ptr<EventLoops> maker = eventLoops();
-  if (!current.loop || current.maker != maker) {
-    current.loop = maker->make();
-    current.maker = std::move(maker);
+  // Plain pointers: their storage needs no destructor (destroyAtThreadExit ends the loop).
+  thread_local std::shared_ptr<EventLoops>* maker = nullptr;
+  thread_local std::shared_ptr<EventLoop>* loop = nullptr;
+  std::shared_ptr<EventLoops> installed = eventLoops();
+  if (loop == nullptr) {
+    loop = new std::shared_ptr<EventLoop>();
+    maker = new std::shared_ptr<EventLoops>();
+    destroyAtThreadExit(loop);
   }
-  return current.loop;
+  if (!*loop || *maker != installed) {
+    *loop = installed->make();
+    *maker = std::move(installed);
+  }
+  return *loop;
 }
 
 void QueuedEventLoop::post(Work work) {

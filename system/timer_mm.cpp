@@ -9,9 +9,13 @@
 namespace ravelin {
 namespace {
 
-// The registry of the calling thread; empty (null) while no timer is registered.
-std::unique_ptr<std::unordered_map<uint32_t, std::weak_ptr<TimerMM>>>& threadRegistry() {
-  thread_local std::unique_ptr<std::unordered_map<uint32_t, std::weak_ptr<TimerMM>>> registry;
+using Registry = std::unordered_map<uint32_t, std::weak_ptr<TimerMM>>;
+
+// The registry of the calling thread; null while no timer is registered. A plain pointer, whose
+// storage needs no destructor at thread exit (mingw-w64 frees it before destructors run); a
+// thread that ends with timers registered leaves its registry behind.
+Registry*& threadRegistry() {
+  thread_local Registry* registry = nullptr;
   return registry;
 }
 
@@ -51,8 +55,8 @@ void StopTimer(platform::EventLoop& loop, platform::EventLoop::TimerId id) {
 namespace timer_registry {
 
 uint32_t add(const std::weak_ptr<TimerMM>& timer) {
-  auto& registry = threadRegistry();
-  if (!registry) registry = std::make_unique<std::unordered_map<uint32_t, std::weak_ptr<TimerMM>>>();
+  Registry*& registry = threadRegistry();
+  if (!registry) registry = new Registry();
   thread_local uint32_t last = 0;
   do {
     ++last;
@@ -62,21 +66,24 @@ uint32_t add(const std::weak_ptr<TimerMM>& timer) {
 }
 
 void remove(uint32_t handle) {
-  auto& registry = threadRegistry();
+  Registry*& registry = threadRegistry();
   if (!registry) return;
   registry->erase(handle);
-  if (registry->empty()) registry.reset();
+  if (registry->empty()) {
+    delete registry;
+    registry = nullptr;
+  }
 }
 
 std::shared_ptr<TimerMM> find(uint32_t handle) {
-  auto& registry = threadRegistry();
+  Registry*& registry = threadRegistry();
   if (!registry) return nullptr;
   auto found = registry->find(handle);
   return found == registry->end() ? nullptr : found->second.lock();
 }
 
 std::optional<std::size_t> size() {
-  const auto& registry = threadRegistry();
+  const Registry* registry = threadRegistry();
   if (!registry) return std::nullopt;
   return registry->size();
 }

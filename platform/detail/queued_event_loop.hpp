@@ -14,6 +14,10 @@
 
 namespace ravelin::platform {
 
+// Destroys the calling thread's loop when the thread ends. Each system has its own hook: the
+// C++ runtime of mingw-w64 frees a thread_local object's storage before running its destructor.
+void destroyAtThreadExit(std::shared_ptr<EventLoop>* loop);
+
 class QueuedEventLoop : public EventLoop {
  public:
   void post(Work work) override;

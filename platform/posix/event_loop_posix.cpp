@@ -151,6 +151,15 @@ class PosixEventLoops final : public EventLoops {
 
 }  // namespace
 
+void destroyAtThreadExit(std::shared_ptr<EventLoop>* loop) {
+  struct Owner {
+    std::shared_ptr<EventLoop>* loop = nullptr;
+    ~Owner() { delete loop; }
+  };
+  thread_local Owner owner;
+  owner.loop = loop;
+}
+
 std::unique_ptr<EventLoops> EventLoops::makeNative() {
   return std::make_unique<PosixEventLoops>();
 }

@@ -1,13 +1,14 @@
-// The event loop of Windows: a message-only window per loop, to which the multimedia timer's
-// callback (on the timer service's thread) posts one message per expiry and post() a wake-up
-// message. Dispatching those messages, from the loop's own wait or from a client's message
-// loop, runs what is ready.
+// The event loop of Windows: the multimedia timer's callback, on the timer service's thread,
+// only queues the expiry and signals the loop's event; post() queues and signals likewise. The
+// loop waits for its event and the thread's messages (MsgWaitForMultipleObjectsEx), so the
+// thread's windows keep getting theirs while it waits. No window is needed, which keeps the
+// loop working where no window station is (a service; Wine without a display).
 #include <windows.h>
 #include <mmsystem.h>
 
 #include <mutex>
-#include <ravelin/platform/event_loop.hpp>
 #include <ravelin/platform/detail/queued_event_loop.hpp>
+#include <ravelin/platform/event_loop.hpp>
 #include <system_error>
 #include <unordered_map>
 #include <vector>
@@ -15,49 +16,26 @@
 namespace ravelin::platform {
 namespace {
 
-// One expiry of the timer whose id is wParam.
-constexpr UINT kTickMessage = 0x1401;
-// Work was posted.
-constexpr UINT kWakeMessage = WM_APP + 0x140;
-constexpr wchar_t kWindowClass[] = L"RavelinEventLoop";
+class Win32EventLoop;
 
-// Where each running multimedia timer posts, by timer id: the callback reads it under the lock,
-// so a timer stopped meanwhile posts nothing and a window is never used after it is gone.
+// The loop of each running multimedia timer, by timer id: the callback reads it under the lock,
+// so a timer stopped meanwhile queues nothing and a loop is never used after it is gone.
 struct Targets {
   std::mutex mutex;
-  std::unordered_map<EventLoop::TimerId, HWND> windows;
+  std::unordered_map<EventLoop::TimerId, Win32EventLoop*> loops;
 };
 Targets& targets() {
   static Targets instance;
   return instance;
 }
 
-void CALLBACK timerProc(UINT, UINT, DWORD_PTR user, DWORD_PTR, DWORD_PTR) {
-  const auto id = static_cast<EventLoop::TimerId>(user);
-  Targets& all = targets();
-  std::lock_guard guard(all.mutex);
-  auto found = all.windows.find(id);
-  if (found != all.windows.end())
-    PostMessageW(found->second, kTickMessage, static_cast<WPARAM>(id), 0);
-}
-
 class Win32EventLoop final : public QueuedEventLoop {
  public:
-  Win32EventLoop() {
-    static const ATOM windowClass = [] {
-      WNDCLASSEXW description{};
-      description.cbSize = sizeof description;
-      description.lpfnWndProc = &Win32EventLoop::windowProc;
-      description.hInstance = GetModuleHandleW(nullptr);
-      description.lpszClassName = kWindowClass;
-      return RegisterClassExW(&description);
-    }();
-    if (windowClass == 0) throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "RegisterClassExW");
-    window_ = CreateWindowExW(0, kWindowClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                              GetModuleHandleW(nullptr), nullptr);
-    if (window_ == nullptr)
-      throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "CreateWindowExW");
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  Win32EventLoop() : ready_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
+    if (ready_ == nullptr) {
+      throw std::system_error(static_cast<int>(GetLastError()), std::system_category(),
+                              "CreateEventW");
+    }
   }
 
   ~Win32EventLoop() override {
@@ -69,8 +47,7 @@ class Win32EventLoop final : public QueuedEventLoop {
     }
     for (TimerId id : ids)
       stopTimer(id);
-    SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
-    DestroyWindow(window_);
+    CloseHandle(ready_);
   }
 
   Win32EventLoop(const Win32EventLoop&) = delete;
@@ -83,8 +60,9 @@ class Win32EventLoop final : public QueuedEventLoop {
     {
       Targets& all = targets();
       std::lock_guard guard(all.mutex);
-      all.windows[id] = window_;
+      all.loops[id] = this;
     }
+    // Held until the timer is in the table: an early callback waits for it.
     std::lock_guard guard(mutex_);
     // The system timer runs at 1 ms for as long as a timer does.
     timeBeginPeriod(1);
@@ -117,9 +95,9 @@ class Win32EventLoop final : public QueuedEventLoop {
       const TimePoint now = std::chrono::steady_clock::now();
       if (now >= deadline) break;
       const auto wait = std::chrono::ceil<std::chrono::milliseconds>(deadline - now);
-      MsgWaitForMultipleObjectsEx(0, nullptr, static_cast<DWORD>(wait.count()), QS_ALLINPUT,
+      MsgWaitForMultipleObjectsEx(1, &ready_, static_cast<DWORD>(wait.count()), QS_ALLINPUT,
                                   MWMO_INPUTAVAILABLE);
-      // The thread's other windows get their messages too, as any message loop gives them.
+      // The thread's windows get their messages, as any message loop gives them.
       MSG message;
       while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) {
@@ -136,18 +114,13 @@ class Win32EventLoop final : public QueuedEventLoop {
   int readyDescriptor() const override { return -1; }
 
  protected:
-  void wake() override { PostMessageW(window_, kWakeMessage, 0, 0); }
+  void wake() override { SetEvent(ready_); }
 
-  // Takes the loop's own messages; their handling queues the ticks.
-  void collect() override {
-    collecting_ = true;
-    MSG message;
-    while (PeekMessageW(&message, window_, 0, 0, PM_REMOVE))
-      DispatchMessageW(&message);
-    collecting_ = false;
-  }
+  // Expiries are queued as they happen.
+  void collect() override {}
 
   void releaseTimer(TimerId id, const Timer& timer) override {
+    // Returns once no callback of the timer runs or will.
     timeKillEvent(static_cast<UINT>(timer.system));
     timeEndPeriod(1);
     forget(id);
@@ -157,30 +130,29 @@ class Win32EventLoop final : public QueuedEventLoop {
   static void forget(TimerId id) {
     Targets& all = targets();
     std::lock_guard guard(all.mutex);
-    all.windows.erase(id);
+    all.loops.erase(id);
   }
 
-  static LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* loop = reinterpret_cast<Win32EventLoop*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (loop == nullptr || (message != kTickMessage && message != kWakeMessage))
-      return DefWindowProcW(window, message, wParam, lParam);
-    if (message == kTickMessage) {
-      std::lock_guard guard(loop->mutex_);
-      auto found = loop->timers_.find(static_cast<TimerId>(wParam));
-      if (found != loop->timers_.end()) {
-        std::vector<Expiry> batch;
-        addExpiries(batch, found->first, found->second, 1);
-        loop->queueExpiries(batch);
-      }
+  // On the timer service's thread: queues one expiry and wakes the loop.
+  static void CALLBACK timerProc(UINT, UINT, DWORD_PTR user, DWORD_PTR, DWORD_PTR) {
+    const auto id = static_cast<TimerId>(user);
+    Targets& all = targets();
+    std::lock_guard guard(all.mutex);
+    auto found = all.loops.find(id);
+    if (found == all.loops.end()) return;
+    Win32EventLoop& loop = *found->second;
+    {
+      std::lock_guard timers(loop.mutex_);
+      auto timer = loop.timers_.find(id);
+      if (timer == loop.timers_.end()) return;
+      std::vector<Expiry> batch;
+      addExpiries(batch, id, timer->second, 1);
+      loop.queueExpiries(batch);
     }
-    // From a client's message loop, the message runs what is ready; from the loop's own
-    // collect(), runPending runs it next.
-    if (!loop->collecting_) loop->runPending();
-    return 0;
+    SetEvent(loop.ready_);
   }
 
-  HWND window_ = nullptr;
-  bool collecting_ = false;
+  HANDLE ready_;
 };
 
 class Win32EventLoops final : public EventLoops {
@@ -188,7 +160,18 @@ class Win32EventLoops final : public EventLoops {
   std::unique_ptr<EventLoop> make() override { return std::make_unique<Win32EventLoop>(); }
 };
 
+void WINAPI destroyLoop(void* loop) {
+  delete static_cast<std::shared_ptr<EventLoop>*>(loop);
+}
+
 }  // namespace
+
+// A fiber-local slot's callback runs when the thread ends, outside the C++ runtime's own
+// thread-exit handling.
+void destroyAtThreadExit(std::shared_ptr<EventLoop>* loop) {
+  static const DWORD slot = FlsAlloc(&destroyLoop);
+  if (slot != FLS_OUT_OF_INDEXES) FlsSetValue(slot, loop);
+}
 
 std::unique_ptr<EventLoops> EventLoops::makeNative() {
   return std::make_unique<Win32EventLoops>();

@@ -154,11 +154,11 @@ TEST(EventQueue, PostsFromAnotherThreadRunOnTheOwningThread) {
 }
 
 TEST(EventQueue, EachThreadHasItsOwnQueue) {
-  const EventQueue* mine = EventQueue::current().get();
-  const EventQueue* theirs = nullptr;
-  std::thread other([&] { theirs = EventQueue::current().get(); });
+  const platform::EventLoop* mine = EventQueue::current()->loop().get();
+  const platform::EventLoop* theirs = nullptr;
+  std::thread other([&] { theirs = EventQueue::current()->loop().get(); });
   other.join();
-  EXPECT_EQ(EventQueue::current().get(), mine);
+  EXPECT_EQ(EventQueue::current()->loop().get(), mine);
   EXPECT_NE(mine, theirs);
 }
 
