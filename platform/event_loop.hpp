@@ -47,8 +47,8 @@ class EventLoop {
   virtual void runUntil(TimePoint deadline) = 0;
 
   // A file descriptor that polls readable while something is ready to run, for a client that
-  // waits in a loop of its own (poll, epoll, select); -1 where there is none (on Windows the
-  // thread's message queue wakes the client's message loop, and dispatching runs the work).
+  // waits in a loop of its own (poll, epoll, select); -1 where there is none (Windows: the
+  // client calls runPending from its own loop).
   virtual int readyDescriptor() const = 0;
 };
 
