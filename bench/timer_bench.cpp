@@ -30,7 +30,8 @@ void reportDeviation(benchmark::State& state, const std::vector<Steady::time_poi
   if (deviations.empty()) return;
   std::sort(deviations.begin(), deviations.end());
   const auto at = [&](double fraction) {
-    return deviations[static_cast<std::size_t>(fraction * static_cast<double>(deviations.size() - 1))];
+    return deviations[static_cast<std::size_t>(fraction *
+                                               static_cast<double>(deviations.size() - 1))];
   };
   state.counters["median_us"] = at(0.5);
   state.counters["p99_us"] = at(0.99);
@@ -57,7 +58,8 @@ void BM_TimerMMPeriodic10ms(benchmark::State& state) {
     timer->connectSink(stamps);
     timer->Enabled(true);
     stamps->instants.push_back(Steady::now());
-    ravelin::EventQueue::current()->waitAndRun(std::chrono::duration_cast<std::chrono::milliseconds>(kRun));
+    ravelin::EventQueue::current()->waitAndRun(
+        std::chrono::duration_cast<std::chrono::milliseconds>(kRun));
     timer->Enabled(false);
     instants = std::move(stamps->instants);
   }

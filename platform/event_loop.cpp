@@ -1,8 +1,8 @@
 // The thread's loop and the delivery rules that every loop shares.
 #include <algorithm>
 #include <atomic>
-#include <ravelin/platform/event_loop.hpp>
 #include <ravelin/platform/detail/queued_event_loop.hpp>
+#include <ravelin/platform/event_loop.hpp>
 #include <utility>
 
 namespace ravelin::platform {

@@ -22,7 +22,8 @@ Registry*& threadRegistry() {
 // The system's millisecond counter, which wraps around after 2^32 ms as timeGetTime does.
 uint32_t millisecondClock() {
   const auto since = platform::clock()->now().time_since_epoch();
-  return static_cast<uint32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
+  return static_cast<uint32_t>(
+      std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
 }
 
 // Registers the timer on the calling thread: its key for the loop's ticks.
@@ -92,7 +93,8 @@ std::optional<std::size_t> size() {
 
 template <>
 const EnumInfo& enumInfo<EEventTypes>() {
-  static const EnumInfo info{u"EEventTypes", {{u"etOneShot", etOneShot}, {u"etPeriodic", etPeriodic}}};
+  static const EnumInfo info{u"EEventTypes",
+                             {{u"etOneShot", etOneShot}, {u"etPeriodic", etPeriodic}}};
   return info;
 }
 

@@ -9,8 +9,7 @@ namespace ravelin::platform {
 ClockEventLoop::ClockEventLoop(std::shared_ptr<Clock> clock) : clock_(std::move(clock)) {}
 
 EventLoop::TimerId ClockEventLoop::startTimer(std::chrono::milliseconds interval,
-                                              std::chrono::milliseconds, bool periodic,
-                                              Work tick) {
+                                              std::chrono::milliseconds, bool periodic, Work tick) {
   if (interval <= std::chrono::milliseconds(0)) return 0;
   const TimerId id = newTimerId();
   std::lock_guard guard(mutex_);
@@ -42,7 +41,8 @@ void ClockEventLoop::collect() {
   for (auto& [id, timer] : timers_) {
     if (timer.system == 0 || timer.nextDue > now) continue;
     if (timer.periodic) {
-      addExpiries(batch, id, timer, static_cast<std::uint64_t>((now - timer.nextDue) / timer.interval) + 1);
+      addExpiries(batch, id, timer,
+                  static_cast<std::uint64_t>((now - timer.nextDue) / timer.interval) + 1);
     } else {
       addExpiries(batch, id, timer, 1);
       timer.system = 0;

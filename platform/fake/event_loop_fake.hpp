@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <memory>
 #include <ravelin/platform/clock.hpp>
+#include <ravelin/platform/detail/queued_event_loop.hpp>
 #include <ravelin/platform/event_loop.hpp>
 #include <ravelin/platform/fake/scoped_fake.hpp>
-#include <ravelin/platform/detail/queued_event_loop.hpp>
 
 namespace ravelin::platform {
 

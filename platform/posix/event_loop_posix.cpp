@@ -11,8 +11,8 @@
 
 #include <array>
 #include <cstdint>
-#include <ravelin/platform/event_loop.hpp>
 #include <ravelin/platform/detail/queued_event_loop.hpp>
+#include <ravelin/platform/event_loop.hpp>
 #include <system_error>
 #include <vector>
 

@@ -3,8 +3,8 @@
 // loop waits for its event and the thread's messages (MsgWaitForMultipleObjectsEx), so the
 // thread's windows keep getting theirs while it waits. No window is needed, which keeps the
 // loop working where no window station is (a service; Wine without a display).
-#include <windows.h>
 #include <mmsystem.h>
+#include <windows.h>
 
 #include <mutex>
 #include <ravelin/platform/detail/queued_event_loop.hpp>
