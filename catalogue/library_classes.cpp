@@ -30,6 +30,7 @@
 #include <ravelin/frame/sql_data_types.hpp>
 #include <ravelin/numeric/date_functions.hpp>
 #include <ravelin/numeric/math_functions.hpp>
+#include <ravelin/system/timer_mm.hpp>
 #include <ravelin/text/string_functions.hpp>
 
 namespace ravelin {
@@ -96,6 +97,9 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<PositionEnum>();
   registry.add<SQLUtilities>();
   registry.add<DataBTypeEnum>();
+  // system
+  registry.add<TimerMM>();
+  registry.add<EEventTypes>();
 }
 
 }  // namespace ravelin

@@ -17,6 +17,7 @@
 //   ClassBuilder<clsArrayLong, Base>(kClassName, [](clsArrayLong& self) -> Base& { return self; })
 #pragma once
 
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <initializer_list>
@@ -232,9 +233,33 @@ class ClassBuilder {
     return add(MemberKind::PropertySet, name, fn, params);
   }
 
+  // An event the class raises, its parameter types given as a function type:
+  // .event<void(int32_t)>(u"Timer", {u"lMilliseconds"}).
+  template <typename Signature>
+  ClassBuilder& event(StringView name, std::initializer_list<Param> params) {
+    return addEvent(name, params, static_cast<Signature*>(nullptr));
+  }
+
   ClassInfo build() { return std::move(info_); }
 
  private:
+  template <typename... A>
+  ClassBuilder& addEvent(StringView name, std::initializer_list<Param> params, void (*)(A...)) {
+    std::array<VarType, sizeof...(A)> types{AutomationType<detail::StorageOf<A>>::kType...};
+    std::array<bool, sizeof...(A)> byRef{detail::kIsByRef<A>...};
+    EventInfo event{String(name), {}};
+    auto param = params.begin();
+    for (std::size_t i = 0; i < sizeof...(A); ++i) {
+      ParameterInfo info;
+      info.type = types[i];
+      info.byRef = byRef[i];
+      info.name = param != params.end() ? (param++)->name : String(u"value");
+      event.parameters.push_back(std::move(info));
+    }
+    info_.addEvent(std::move(event));
+    return *this;
+  }
+
   template <typename R, typename... A>
   ClassBuilder& add(MemberKind kind, StringView name, R (C::*fn)(A...),
                     std::initializer_list<Param> params) {

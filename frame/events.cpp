@@ -35,51 +35,16 @@ void EventSource::raiseEvent(StringView eventName, std::span<Variant> arguments)
     sink->onEvent(eventName, arguments);
 }
 
-const std::shared_ptr<EventQueue>& EventQueue::current() {
-  thread_local const std::shared_ptr<EventQueue> queue = std::make_shared<EventQueue>();
-  return queue;
-}
+EventQueue::EventQueue() : loop_(platform::eventLoops()->make()) {}
 
-void EventQueue::post(std::function<void()> event) {
-  {
-    std::lock_guard guard(mutex_);
-    events_.push_back(std::move(event));
-  }
-  wake_.notify_all();
-}
+EventQueue::EventQueue(std::shared_ptr<platform::EventLoop> loop) : loop_(std::move(loop)) {}
 
-std::size_t EventQueue::runPending() {
-  std::size_t count;
-  {
-    std::lock_guard guard(mutex_);
-    count = events_.size();
-  }
-  for (std::size_t i = 0; i < count; ++i) {
-    std::function<void()> event;
-    {
-      std::lock_guard guard(mutex_);
-      event = std::move(events_.front());
-      events_.pop_front();
-    }
-    event();
-  }
-  return count;
-}
-
-void EventQueue::waitAndRun(platform::Clock::TimePoint deadline) {
-  const std::shared_ptr<platform::Clock> clock = platform::clock();
-  for (;;) {
-    runPending();
-    std::unique_lock lock(mutex_);
-    if (!events_.empty()) continue;
-    if (clock->now() >= deadline) break;
-    clock->waitUntil(lock, wake_, deadline);
-  }
-  runPending();
+std::shared_ptr<EventQueue> EventQueue::current() {
+  return std::make_shared<EventQueue>(platform::currentEventLoop());
 }
 
 void EventQueue::waitAndRun(std::chrono::milliseconds duration) {
-  waitAndRun(platform::clock()->now() + duration);
+  loop_->runUntil(platform::clock()->now() + duration);
 }
 
 }  // namespace ravelin

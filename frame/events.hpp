@@ -3,16 +3,14 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <ravelin/base/text.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <ravelin/platform/clock.hpp>
+#include <ravelin/platform/event_loop.hpp>
 #include <span>
 #include <utility>
 #include <vector>
@@ -58,27 +56,34 @@ class EventSource {
   uint32_t nextCookie_ = 1;
 };
 
-// The events waiting to run on one thread. post() may be called from any thread; the other
-// members only on the owning thread. Time and waiting come from the installed platform clock.
+// The events waiting to run on one thread: a handle on a platform event loop, which also
+// delivers the ticks of the thread's timers. post() may be called from any thread; the other
+// members only on the loop's thread.
 class EventQueue {
  public:
-  // The queue of the calling thread, created on first use. Keep the shared reference to post
-  // to it from elsewhere: it outlives the thread if need be (posts then never run).
-  static const std::shared_ptr<EventQueue>& current();
+  // A queue on a loop of its own, made by the installed event-loop area.
+  EventQueue();
+  explicit EventQueue(std::shared_ptr<platform::EventLoop> loop);
 
-  void post(std::function<void()> event);
+  // A queue on the calling thread's loop (platform::currentEventLoop), the one its timers
+  // deliver to. Keep the shared reference to post to it from elsewhere: it outlives the thread
+  // if need be (posts then never run).
+  static std::shared_ptr<EventQueue> current();
+
+  void post(std::function<void()> event) { loop_->post(std::move(event)); }
 
   // Runs the events posted so far (not those they post in turn); returns how many ran.
-  std::size_t runPending();
+  std::size_t runPending() { return loop_->runPending(); }
   // Runs events as they arrive until the clock reaches `deadline`, then those already posted.
   // An exception from an event leaves the rest queued and propagates.
-  void waitAndRun(platform::Clock::TimePoint deadline);
+  void waitAndRun(platform::Clock::TimePoint deadline) { loop_->runUntil(deadline); }
+  // The deadline is that long after the installed clock's present time.
   void waitAndRun(std::chrono::milliseconds duration);
 
+  const std::shared_ptr<platform::EventLoop>& loop() const { return loop_; }
+
  private:
-  std::mutex mutex_;
-  std::condition_variable wake_;
-  std::deque<std::function<void()>> events_;
+  std::shared_ptr<platform::EventLoop> loop_;
 };
 
 }  // namespace ravelin

@@ -44,6 +44,12 @@ struct MemberInfo {
   MemberInvoker invoke;
 };
 
+// An event that the class's objects raise to their connected sinks (events.hpp).
+struct EventInfo {
+  String name;
+  std::vector<ParameterInfo> parameters;
+};
+
 // One public class: its name, how to create it, and its members. Each class builds its table
 // once (public_class.hpp); its objects, the registry and late-bound calls share that one table.
 class ClassInfo {
@@ -69,6 +75,10 @@ class ClassInfo {
   // All members in the order they were added.
   const std::vector<MemberInfo>& members() const { return members_; }
 
+  void addEvent(EventInfo event) { events_.push_back(std::move(event)); }
+  // The events the class raises, in the order they were added.
+  const std::vector<EventInfo>& events() const { return events_; }
+
  private:
   // A member name of the class, upper-cased by the library's folding, with the index into
   // members_ of its member of each kind (-1 when absent).
@@ -85,6 +95,7 @@ class ClassInfo {
   String name_;
   Factory factory_;
   std::vector<MemberInfo> members_;
+  std::vector<EventInfo> events_;
   std::vector<Name> names_;
   // Open addressing over names_: a power of two of slots, at least twice the number of names,
   // each holding an index into names_ or -1.

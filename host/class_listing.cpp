@@ -78,6 +78,14 @@ std::string listClass(const ClassRegistry& registry, StringView name) {
     text = "Class " + toUtf8(info->name()) + '\n';
     for (const MemberInfo& member : info->members())
       text += "  " + memberDeclaration(member) + '\n';
+    for (const EventInfo& event : info->events()) {
+      text += "  Event " + toUtf8(event.name) + '(';
+      for (std::size_t i = 0; i < event.parameters.size(); ++i) {
+        if (i > 0) text += ", ";
+        text += parameterText(event.parameters[i]);
+      }
+      text += ")\n";
+    }
     text += "End Class\n";
   } else if (const EnumInfo* info = registry.findEnum(name)) {
     text = "Enum " + toUtf8(info->name) + '\n';

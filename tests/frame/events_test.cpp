@@ -3,6 +3,7 @@
 #include <ravelin/frame/events.hpp>
 #include <ravelin/frame/public_class.hpp>
 #include <ravelin/platform/fake/clock_fake.hpp>
+#include <ravelin/platform/fake/event_loop_fake.hpp>
 #include <string>
 #include <thread>
 #include <vector>
@@ -101,6 +102,7 @@ TEST(EventQueue, RunPendingLeavesEventsPostedByEventsForLater) {
 // A timer on another thread: its callback only posts; the tick is raised on the queue's thread.
 TEST(EventQueue, ScheduledPostsRunDuringTheWaitUpToTheDeadline) {
   platform::ScopedFake<platform::SimulatedClock> simulated;
+  platform::ScopedFake<platform::ClockEventLoops> loops;
   platform::SimulatedClock& clock = simulated.fake();
   EventQueue queue;
   Ticker ticker;
@@ -131,6 +133,7 @@ TEST(EventQueue, ScheduledPostsRunDuringTheWaitUpToTheDeadline) {
 
 TEST(EventQueue, PostsFromAnotherThreadRunOnTheOwningThread) {
   platform::ScopedFake<platform::SimulatedClock> simulated;
+  platform::ScopedFake<platform::ClockEventLoops> loops;
   platform::SimulatedClock& clock = simulated.fake();
   EventQueue queue;
   const auto owner = std::this_thread::get_id();
@@ -151,11 +154,11 @@ TEST(EventQueue, PostsFromAnotherThreadRunOnTheOwningThread) {
 }
 
 TEST(EventQueue, EachThreadHasItsOwnQueue) {
-  const EventQueue* mine = EventQueue::current().get();
-  const EventQueue* theirs = nullptr;
-  std::thread other([&] { theirs = EventQueue::current().get(); });
+  const platform::EventLoop* mine = EventQueue::current()->loop().get();
+  const platform::EventLoop* theirs = nullptr;
+  std::thread other([&] { theirs = EventQueue::current()->loop().get(); });
   other.join();
-  EXPECT_EQ(EventQueue::current().get(), mine);
+  EXPECT_EQ(EventQueue::current()->loop().get(), mine);
   EXPECT_NE(mine, theirs);
 }
 

@@ -7,6 +7,7 @@
 #include <ravelin/host/script/interpreter.hpp>
 #include <ravelin/host/script/wscript.hpp>
 #include <ravelin/platform/fake/clock_fake.hpp>
+#include <ravelin/platform/fake/event_loop_fake.hpp>
 #include <ravelin/tests/support/error_number.hpp>
 #include <string>
 #include <thread>
@@ -109,6 +110,7 @@ TEST(WScript, QuitEndsTheScriptWithItsCode) {
 
 TEST(WScript, SleepTimedEventsAndBadArguments) {
   platform::ScopedFake<platform::SimulatedClock> simulated;
+  platform::ScopedFake<platform::ClockEventLoops> loops;
   platform::SimulatedClock& clock = simulated.fake();
   Harness host;
   auto ticker = std::make_shared<Ticker>();
@@ -145,6 +147,7 @@ TEST(WScript, SleepTimedEventsAndBadArguments) {
 // ticks, and its Sub receives them (by reference) through the interpreter.
 TEST(WScript, ScriptProceduresReceiveEventsDuringSleep) {
   platform::ScopedFake<platform::SimulatedClock> simulated;
+  platform::ScopedFake<platform::ClockEventLoops> loops;
   platform::SimulatedClock& clock = simulated.fake();
   auto queue = std::make_shared<EventQueue>();
   std::string output;
