@@ -8,20 +8,18 @@
 namespace ravelin::platform {
 
 std::shared_ptr<EventLoop> currentEventLoop() {
-  // Plain pointers: their storage needs no destructor (destroyAtThreadExit ends the loop).
-  thread_local std::shared_ptr<EventLoops>* maker = nullptr;
-  thread_local std::shared_ptr<EventLoop>* loop = nullptr;
+  // A plain pointer: its storage needs no destructor (destroyAtThreadExit deletes the record).
+  thread_local ThreadLoop* current = nullptr;
   std::shared_ptr<EventLoops> installed = eventLoops();
-  if (loop == nullptr) {
-    loop = new std::shared_ptr<EventLoop>();
-    maker = new std::shared_ptr<EventLoops>();
-    destroyAtThreadExit(loop);
+  if (current == nullptr) {
+    current = new ThreadLoop();
+    destroyAtThreadExit(current);
   }
-  if (!*loop || *maker != installed) {
-    *loop = installed->make();
-    *maker = std::move(installed);
+  if (!current->loop || current->maker != installed) {
+    current->loop = installed->make();
+    current->maker = std::move(installed);
   }
-  return *loop;
+  return current->loop;
 }
 
 void QueuedEventLoop::post(Work work) {
@@ -91,6 +89,16 @@ void QueuedEventLoop::addExpiries(std::vector<Expiry>& batch, TimerId id, Timer&
     batch.push_back({timer.nextDue, id});
     timer.nextDue += timer.interval;
   }
+}
+
+void QueuedEventLoop::addTimer(TimerId id, Work tick, std::chrono::milliseconds interval,
+                               bool periodic, TimePoint firstDue, std::int64_t system) {
+  Timer& timer = timers_[id];
+  timer.tick = std::make_shared<const Work>(std::move(tick));
+  timer.interval = interval;
+  timer.periodic = periodic;
+  timer.nextDue = firstDue;
+  timer.system = system;
 }
 
 void QueuedEventLoop::queueExpiries(std::vector<Expiry>& batch) {

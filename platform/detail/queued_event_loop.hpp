@@ -14,9 +14,16 @@
 
 namespace ravelin::platform {
 
-// Destroys the calling thread's loop when the thread ends. Each system has its own hook: the
-// C++ runtime of mingw-w64 frees a thread_local object's storage before running its destructor.
-void destroyAtThreadExit(std::shared_ptr<EventLoop>* loop);
+// A thread's loop and the area that made it.
+struct ThreadLoop {
+  std::shared_ptr<EventLoops> maker;
+  std::shared_ptr<EventLoop> loop;
+};
+
+// Deletes the calling thread's loop record when the thread ends. Each system has its own hook:
+// the C++ runtime of mingw-w64 frees a thread_local object's storage before running its
+// destructor.
+void destroyAtThreadExit(ThreadLoop* threadLoop);
 
 class QueuedEventLoop : public EventLoop {
  public:
@@ -54,6 +61,24 @@ class QueuedEventLoop : public EventLoop {
   // held).
   static void addExpiries(std::vector<Expiry>& batch, TimerId id, Timer& timer,
                           std::uint64_t count);
+  // Enters a started timer in the table, its first expiry at `firstDue` (lock held).
+  void addTimer(TimerId id, Work tick, std::chrono::milliseconds interval, bool periodic,
+                TimePoint firstDue, std::int64_t system);
+  // runUntil on the steady clock: runs what is ready, and while nothing is, calls
+  // wait(deadline) (without the lock), which returns when work may be ready or at the deadline.
+  template <typename Wait>
+  void runReadyUntil(TimePoint deadline, Wait&& wait) {
+    for (;;) {
+      runPending();
+      {
+        std::lock_guard guard(mutex_);
+        if (hasReady()) continue;
+      }
+      if (std::chrono::steady_clock::now() >= deadline) break;
+      wait(deadline);
+    }
+    runPending();
+  }
   // Queues a batch of expiries in the order they fell due (lock held).
   void queueExpiries(std::vector<Expiry>& batch);
   // Whether anything waits in the queue (lock held).

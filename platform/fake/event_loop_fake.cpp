@@ -13,13 +13,8 @@ EventLoop::TimerId ClockEventLoop::startTimer(std::chrono::milliseconds interval
   if (interval <= std::chrono::milliseconds(0)) return 0;
   const TimerId id = newTimerId();
   std::lock_guard guard(mutex_);
-  Timer& timer = timers_[id];
-  timer.tick = std::make_shared<const Work>(std::move(tick));
-  timer.interval = interval;
-  timer.periodic = periodic;
-  timer.nextDue = clock_->now() + interval;
-  // 1 while a one-shot timer has yet to fire, 0 once it has; -1 for a periodic one.
-  timer.system = periodic ? -1 : 1;
+  // system: 1 while a one-shot timer has yet to fire, 0 once it has; -1 for a periodic one.
+  addTimer(id, std::move(tick), interval, periodic, clock_->now() + interval, periodic ? -1 : 1);
   return id;
 }
 

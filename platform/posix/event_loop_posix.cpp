@@ -9,6 +9,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <ravelin/platform/detail/queued_event_loop.hpp>
@@ -78,29 +79,17 @@ class PosixEventLoop final : public QueuedEventLoop {
       close(descriptor);
       return 0;
     }
-    Timer& timer = timers_[id];
-    timer.tick = std::make_shared<const Work>(std::move(tick));
-    timer.interval = interval;
-    timer.periodic = periodic;
-    timer.nextDue = start + interval;
-    timer.system = descriptor;
+    addTimer(id, std::move(tick), interval, periodic, start + interval, descriptor);
     return id;
   }
 
   void runUntil(TimePoint deadline) override {
-    for (;;) {
-      runPending();
-      {
-        std::lock_guard guard(mutex_);
-        if (hasReady()) continue;
-      }
-      const TimePoint now = std::chrono::steady_clock::now();
-      if (now >= deadline) break;
+    runReadyUntil(deadline, [this](TimePoint until) {
       pollfd ready{poller_, POLLIN, 0};
-      const timespec timeout = timespecOf(deadline - now);
+      const timespec timeout = timespecOf(std::max(until - std::chrono::steady_clock::now(),
+                                                   std::chrono::steady_clock::duration{}));
       ppoll(&ready, 1, &timeout, nullptr);
-    }
-    runPending();
+    });
   }
 
   int readyDescriptor() const override { return poller_; }
@@ -151,13 +140,13 @@ class PosixEventLoops final : public EventLoops {
 
 }  // namespace
 
-void destroyAtThreadExit(std::shared_ptr<EventLoop>* loop) {
+void destroyAtThreadExit(ThreadLoop* threadLoop) {
   struct Owner {
-    std::shared_ptr<EventLoop>* loop = nullptr;
-    ~Owner() { delete loop; }
+    ThreadLoop* threadLoop = nullptr;
+    ~Owner() { delete threadLoop; }
   };
   thread_local Owner owner;
-  owner.loop = loop;
+  owner.threadLoop = threadLoop;
 }
 
 std::unique_ptr<EventLoops> EventLoops::makeNative() {

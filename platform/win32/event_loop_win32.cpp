@@ -3,9 +3,11 @@
 // loop waits for its event and the thread's messages (MsgWaitForMultipleObjectsEx), so the
 // thread's windows keep getting theirs while it waits. No window is needed, which keeps the
 // loop working where no window station is (a service; Wine without a display).
-#include <mmsystem.h>
 #include <windows.h>
+// mmsystem.h needs the types windows.h declares.
+#include <mmsystem.h>
 
+#include <algorithm>
 #include <mutex>
 #include <ravelin/platform/detail/queued_event_loop.hpp>
 #include <ravelin/platform/event_loop.hpp>
@@ -76,25 +78,15 @@ class Win32EventLoop final : public QueuedEventLoop {
       forget(id);
       return 0;
     }
-    Timer& timer = timers_[id];
-    timer.tick = std::make_shared<const Work>(std::move(tick));
-    timer.interval = interval;
-    timer.periodic = periodic;
-    timer.nextDue = start + interval;
-    timer.system = system;
+    addTimer(id, std::move(tick), interval, periodic, start + interval, system);
     return id;
   }
 
   void runUntil(TimePoint deadline) override {
-    for (;;) {
-      runPending();
-      {
-        std::lock_guard guard(mutex_);
-        if (hasReady()) continue;
-      }
-      const TimePoint now = std::chrono::steady_clock::now();
-      if (now >= deadline) break;
-      const auto wait = std::chrono::ceil<std::chrono::milliseconds>(deadline - now);
+    runReadyUntil(deadline, [this](TimePoint until) {
+      const auto wait = std::max(
+          std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now()),
+          std::chrono::milliseconds(0));
       MsgWaitForMultipleObjectsEx(1, &ready_, static_cast<DWORD>(wait.count()), QS_ALLINPUT,
                                   MWMO_INPUTAVAILABLE);
       // The thread's windows get their messages, as any message loop gives them.
@@ -107,8 +99,7 @@ class Win32EventLoop final : public QueuedEventLoop {
         TranslateMessage(&message);
         DispatchMessageW(&message);
       }
-    }
-    runPending();
+    });
   }
 
   int readyDescriptor() const override { return -1; }
@@ -160,17 +151,17 @@ class Win32EventLoops final : public EventLoops {
   std::unique_ptr<EventLoop> make() override { return std::make_unique<Win32EventLoop>(); }
 };
 
-void WINAPI destroyLoop(void* loop) {
-  delete static_cast<std::shared_ptr<EventLoop>*>(loop);
+void WINAPI destroyLoop(void* threadLoop) {
+  delete static_cast<ThreadLoop*>(threadLoop);
 }
 
 }  // namespace
 
 // A fiber-local slot's callback runs when the thread ends, outside the C++ runtime's own
 // thread-exit handling.
-void destroyAtThreadExit(std::shared_ptr<EventLoop>* loop) {
+void destroyAtThreadExit(ThreadLoop* threadLoop) {
   static const DWORD slot = FlsAlloc(&destroyLoop);
-  if (slot != FLS_OUT_OF_INDEXES) FlsSetValue(slot, loop);
+  if (slot != FLS_OUT_OF_INDEXES) FlsSetValue(slot, threadLoop);
 }
 
 std::unique_ptr<EventLoops> EventLoops::makeNative() {
