@@ -1,13 +1,16 @@
 // The event loop of Windows: the multimedia timer's callback, on the timer service's thread,
-// only queues the expiry and signals the loop's event; post() queues and signals likewise. The
-// loop waits for its event and the thread's messages (MsgWaitForMultipleObjectsEx), so the
-// thread's windows keep getting theirs while it waits. No window is needed, which keeps the
-// loop working where no window station is (a service; Wine without a display).
+// only queues the expiry and wakes the loop; post() queues and wakes likewise. A wake sets the
+// loop's event and posts a message to the loop's message-only window, so the work runs on the
+// owner thread whichever loop it runs: runUntil (which waits for the event and the thread's
+// messages with MsgWaitForMultipleObjectsEx) or a client's own GetMessage/DispatchMessage loop,
+// whose dispatch of that message runs what is ready. Where no window can be made (no window
+// station), the event alone serves runUntil and runPending.
 #include <windows.h>
 // mmsystem.h needs the types windows.h declares.
 #include <mmsystem.h>
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <ravelin/platform/detail/queued_event_loop.hpp>
 #include <ravelin/platform/event_loop.hpp>
@@ -31,6 +34,9 @@ Targets& targets() {
   return instance;
 }
 
+// The message that asks the loop's window to run what is ready.
+constexpr UINT kRunReadyMessage = WM_APP + 0x101;
+
 class Win32EventLoop final : public QueuedEventLoop {
  public:
   Win32EventLoop() : ready_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
@@ -38,6 +44,7 @@ class Win32EventLoop final : public QueuedEventLoop {
       throw std::system_error(static_cast<int>(GetLastError()), std::system_category(),
                               "CreateEventW");
     }
+    window_ = makeWindow(this);
   }
 
   ~Win32EventLoop() override {
@@ -49,6 +56,17 @@ class Win32EventLoop final : public QueuedEventLoop {
     }
     for (TimerId id : ids)
       stopTimer(id);
+    if (window_ != nullptr) {
+      // A message still queued for the window must not reach this loop any more.
+      SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+      // Only the owner thread may destroy its window; another asks it to (and a thread that
+      // has ended took its windows with it).
+      if (GetWindowThreadProcessId(window_, nullptr) == GetCurrentThreadId()) {
+        DestroyWindow(window_);
+      } else {
+        PostMessageW(window_, WM_CLOSE, 0, 0);
+      }
+    }
     CloseHandle(ready_);
   }
 
@@ -105,7 +123,13 @@ class Win32EventLoop final : public QueuedEventLoop {
   int readyDescriptor() const override { return -1; }
 
  protected:
-  void wake() override { SetEvent(ready_); }
+  void wake() override {
+    SetEvent(ready_);
+    // One message at a time is enough: its dispatch runs everything ready by then.
+    if (window_ != nullptr && !runMessageQueued_.exchange(true)) {
+      PostMessageW(window_, kRunReadyMessage, 0, 0);
+    }
+  }
 
   // Expiries are queued as they happen.
   void collect() override {}
@@ -140,10 +164,54 @@ class Win32EventLoop final : public QueuedEventLoop {
       addExpiries(batch, id, timer->second, 1);
       loop.queueExpiries(batch);
     }
-    SetEvent(loop.ready_);
+    loop.wake();
+  }
+
+  // The loop's message-only window on the calling (owner) thread, or null where none can be
+  // made.
+  static HWND makeWindow(Win32EventLoop* loop) {
+    static const ATOM windowClass = registerWindowClass();
+    if (windowClass == 0) return nullptr;
+    HWND window = CreateWindowExW(0, MAKEINTATOM(windowClass), L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
+                                  nullptr, moduleOfThisCode(), nullptr);
+    if (window != nullptr)
+      SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(loop));
+    return window;
+  }
+
+  // The module this code is linked into (a program or the library's DLL).
+  static HINSTANCE moduleOfThisCode() {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<LPCWSTR>(&windowProc), &module);
+    return module;
+  }
+
+  static ATOM registerWindowClass() {
+    WNDCLASSEXW description{};
+    description.cbSize = sizeof description;
+    description.lpfnWndProc = &windowProc;
+    description.hInstance = moduleOfThisCode();
+    description.lpszClassName = L"RavelinEventLoop";
+    return RegisterClassExW(&description);
+  }
+
+  // On the owner thread, from whichever message loop dispatches the message.
+  static LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message != kRunReadyMessage) return DefWindowProcW(window, message, wParam, lParam);
+    auto* loop = reinterpret_cast<Win32EventLoop*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (loop != nullptr) {
+      loop->runMessageQueued_ = false;
+      loop->runPending();
+    }
+    return 0;
   }
 
   HANDLE ready_;
+  HWND window_ = nullptr;
+  // Whether a run message waits in the window's queue.
+  std::atomic<bool> runMessageQueued_{false};
 };
 
 class Win32EventLoops final : public EventLoops {

@@ -12,7 +12,9 @@
 #include <thread>
 #include <vector>
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <poll.h>
 #endif
 
@@ -221,6 +223,45 @@ TEST(NativeEventLoop, DescriptorIsReadableWhileWorkIsReady) {
   EXPECT_EQ(ticks, 1);
   EXPECT_FALSE(readable(descriptor, 0));
   loop->stopTimer(id);
+}
+#endif
+
+#if defined(_WIN32)
+// A client whose loop is a plain GetMessage/DispatchMessage loop (a program with windows, a
+// Basic client of the automation server) gets ticks and posted work on its own thread.
+TEST(NativeEventLoop, APlainMessageLoopDeliversTicksAndPostedWork) {
+  auto loop = currentEventLoop();
+  const DWORD owner = GetCurrentThreadId();
+  int ticks = 0;
+  bool ticksOnOwner = true;
+  bool postedOnOwner = false;
+  EventLoop::TimerId id = 0;
+  id = loop->startTimer(5ms, 0ms, true, [&] {
+    ticksOnOwner = ticksOnOwner && GetCurrentThreadId() == owner;
+    if (++ticks == 3) {
+      loop->stopTimer(id);
+      PostQuitMessage(0);
+    }
+  });
+  ASSERT_NE(id, 0u);
+  std::thread([&] { loop->post([&] { postedOnOwner = GetCurrentThreadId() == owner; }); }).join();
+  // Guards against a loop that never delivers: a thread timer ends the wait.
+  const UINT_PTR guard = SetTimer(nullptr, 0, 60000, nullptr);
+  bool guardFired = false;
+  MSG message;
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (message.message == WM_TIMER && message.hwnd == nullptr) {
+      guardFired = true;
+      break;
+    }
+    DispatchMessageW(&message);
+  }
+  KillTimer(nullptr, guard);
+  loop->stopTimer(id);
+  EXPECT_FALSE(guardFired);
+  EXPECT_EQ(ticks, 3);
+  EXPECT_TRUE(ticksOnOwner);
+  EXPECT_TRUE(postedOnOwner);
 }
 #endif
 
