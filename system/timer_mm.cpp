@@ -26,15 +26,6 @@ uint32_t millisecondClock() {
       std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
 }
 
-// Registers the timer on the calling thread: its key for the loop's ticks.
-uint32_t fRegister(const std::shared_ptr<TimerMM>& timer) {
-  return timer_registry::add(timer);
-}
-
-void fUnregister(uint32_t handle) {
-  timer_registry::remove(handle);
-}
-
 // Starts the loop's timer, whose ticks look the timer up by its handle on the loop's thread,
 // so that a timer released meanwhile gets none. Returns 0 when the system refused.
 platform::EventLoop::TimerId StartTimer(platform::EventLoop& loop, int32_t interval,
@@ -45,10 +36,6 @@ platform::EventLoop::TimerId StartTimer(platform::EventLoop& loop, int32_t inter
                            if (std::shared_ptr<TimerMM> timer = timer_registry::find(handle))
                              timer->RaiseTimer();
                          });
-}
-
-void StopTimer(platform::EventLoop& loop, platform::EventLoop::TimerId id) {
-  loop.stopTimer(id);
 }
 
 }  // namespace
@@ -114,13 +101,13 @@ ClassInfo TimerMM::describe() {
 }
 
 TimerMM::~TimerMM() {
-  if (timerId_ != 0 && loop_) StopTimer(*loop_, timerId_);
+  if (timerId_ != 0 && loop_) loop_->stopTimer(timerId_);
   if (handle_ != 0) {
     if (std::this_thread::get_id() == owner_) {
-      fUnregister(handle_);
+      timer_registry::remove(handle_);
     } else if (loop_) {
       // The registry belongs to the owner's thread; the entry no longer finds this timer.
-      loop_->post([handle = handle_] { fUnregister(handle); });
+      loop_->post([handle = handle_] { timer_registry::remove(handle); });
     }
   }
 }
@@ -152,6 +139,8 @@ void TimerMM::Enabled(bool value) {
     raiseError(vb_error::kInvalidPropertyValue, u"CTimerMM::Enabled",
                u"Resolution property must be non-negative");
   }
+  // Stored before registering: a thread without a loop leaves the value set, as the
+  // original did.
   enabled_ = value;
   if (value) {
     if (handle_ == 0) {
@@ -162,14 +151,15 @@ void TimerMM::Enabled(bool value) {
                    u"Unable to create timer control window");
       }
       owner_ = std::this_thread::get_id();
-      handle_ = fRegister(std::static_pointer_cast<TimerMM>(shared_from_this()));
+      // The key of this timer on its thread, by which the loop's ticks find it.
+      handle_ = timer_registry::add(std::static_pointer_cast<TimerMM>(shared_from_this()));
     }
     timerId_ = StartTimer(*loop_, interval_, resolution_, eventType_, handle_);
     lastTickTime_ = millisecondClock();
   } else {
-    if (loop_) StopTimer(*loop_, timerId_);
+    if (loop_) loop_->stopTimer(timerId_);
     timerId_ = 0;
-    if (handle_ != 0) fUnregister(handle_);
+    if (handle_ != 0) timer_registry::remove(handle_);
     handle_ = 0;
   }
 }
