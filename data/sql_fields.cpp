@@ -4,24 +4,16 @@
 #include <ravelin/data/sql_utilities.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/frame/date_time.hpp>
-#include <ravelin/frame/dispatch.hpp>
 #include <ravelin/text/text_helpers.hpp>
-#include <vector>
 
 namespace ravelin {
 namespace {
-
-// The field's Value read by name, as any object with a Value property answers it.
-Variant fieldValue(const ObjectRef& field) {
-  std::vector<CallArgument> none;
-  return callMember(field, u"Value", MemberKind::PropertyGet, none);
-}
 
 // The conversion of the field's value, or `fallback` when the read or the conversion fails.
 template <typename T, typename Convert, typename Fallback>
 T readOr(const ObjectRef& field, Convert convert, Fallback fallback) {
   try {
-    return convert(fieldValue(field));
+    return convert(FieldValue(field));
   } catch (const AutomationError&) {
     return fallback();
   }

@@ -75,10 +75,14 @@ double TruncateNumber(const Variant& value) {
   return Val(whole);
 }
 
+Variant FieldValue(const ObjectRef& field) {
+  std::vector<CallArgument> none;
+  return callMember(field, u"Value", MemberKind::PropertyGet, none);
+}
+
 String FieldValueText(const ObjectRef& field) {
   try {
-    std::vector<CallArgument> none;
-    return CStr(callMember(field, u"Value", MemberKind::PropertyGet, none));
+    return CStr(FieldValue(field));
   } catch (const AutomationError&) {
     return String();
   }

@@ -29,9 +29,13 @@ String PadRightText(StringView text, int16_t size, int16_t fill);
 // suite's programs expect.
 double TruncateNumber(const Variant& value);
 
-// The text of a record-set field's Value, read by name through late binding so that any field
-// object serves. Any error on the way (Nothing, an object without a Value, no current record, a
-// Null or another value that has no text) is absorbed and the text stays empty.
+// A record-set field's Value, read by name through late binding so that any field object
+// serves. Raises what the read raises (91 for Nothing, 438 without a Value, the field's own).
+Variant FieldValue(const ObjectRef& field);
+
+// The text of a record-set field's Value, read by FieldValue. Any error on the way (Nothing, an
+// object without a Value, no current record, a Null or another value that has no text) is absorbed
+// and the text stays empty.
 String FieldValueText(const ObjectRef& field);
 
 // The code of a unit in the current locale's ANSI code page (what Asc gives).
