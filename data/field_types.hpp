@@ -17,6 +17,10 @@ struct FieldDefinition {
   int32_t definedSize = 0;
   int32_t attributes = 0;
   CellKind kind = CellKind::Variant;
+  // Where a database gave the field's values: its table and column there, which a batch update
+  // through a connection writes to. Empty for a fabricated field.
+  String baseTable;
+  String baseColumn;
 };
 
 // The storage of a field type; none for the types a record set refuses (adEmpty, adIDispatch,
