@@ -21,6 +21,7 @@
 #include <ravelin/containers/cls_larray_long_object.hpp>
 #include <ravelin/containers/cls_larray_object.hpp>
 #include <ravelin/data/ado_enums.hpp>
+#include <ravelin/data/data_utilities.hpp>
 #include <ravelin/data/dbf_file_reader.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/data/sql_utilities.hpp>
@@ -97,6 +98,7 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<PositionEnum>();
   registry.add<SQLUtilities>();
   registry.add<DataBTypeEnum>();
+  registry.add<DataUtilities>();
   // system
   registry.add<TimerMM>();
   registry.add<EEventTypes>();
