@@ -1,5 +1,5 @@
 // Platform area "terminal": the console the script host talks to, its arguments, and whether
-// standard input is an interactive terminal.
+// standard input and output are an interactive terminal.
 #pragma once
 
 #include <memory>
@@ -21,6 +21,9 @@ class Terminal {
   // True when standard input is a terminal (the host then offers its prompt instead of reading
   // a script from the input).
   virtual bool standardInputIsTerminal() const = 0;
+  // True when standard output is a terminal (a program then shows progress that a file or a pipe
+  // would only be cluttered with).
+  virtual bool standardOutputIsTerminal() const = 0;
 
   // The implementation of the system the library runs on.
   static std::unique_ptr<Terminal> makeNative();

@@ -6,7 +6,8 @@
 
 namespace ravelin::platform {
 
-// Takes the arguments from argv as given; standard input is no terminal until set otherwise.
+// Takes the arguments from argv as given; standard input is no terminal until set otherwise,
+// standard output never.
 class FakeTerminal : public Terminal {
  public:
   void setInputIsTerminal(bool isTerminal) { inputIsTerminal_ = isTerminal; }
@@ -16,6 +17,7 @@ class FakeTerminal : public Terminal {
     return std::vector<std::string>(argv + 1, argv + argc);
   }
   bool standardInputIsTerminal() const override { return inputIsTerminal_; }
+  bool standardOutputIsTerminal() const override { return false; }
 
  private:
   bool inputIsTerminal_ = false;

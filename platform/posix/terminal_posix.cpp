@@ -14,6 +14,7 @@ class PosixTerminal final : public Terminal {
   }
 
   bool standardInputIsTerminal() const override { return isatty(STDIN_FILENO) == 1; }
+  bool standardOutputIsTerminal() const override { return isatty(STDOUT_FILENO) == 1; }
 };
 
 }  // namespace

@@ -32,6 +32,10 @@ class Win32Terminal final : public Terminal {
     DWORD mode = 0;
     return GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &mode) != 0;
   }
+  bool standardOutputIsTerminal() const override {
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) != 0;
+  }
 };
 
 }  // namespace

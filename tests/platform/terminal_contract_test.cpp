@@ -2,7 +2,9 @@
 // pipe and (on POSIX) a pseudo-terminal as standard input.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <functional>
+#include <utility>
 #include <ravelin/platform/fake/terminal_fake.hpp>
 #include <ravelin/platform/terminal.hpp>
 
@@ -50,35 +52,49 @@ INSTANTIATE_TEST_SUITE_P(
 
 #if defined(_WIN32)
 
-TEST(NativeTerminalTest, PipeAsStandardInputIsNoTerminal) {
+TEST(NativeTerminalTest, PipesAsStandardInputAndOutputAreNoTerminals) {
   HANDLE reading = nullptr;
   HANDLE writing = nullptr;
   ASSERT_TRUE(CreatePipe(&reading, &writing, nullptr, 0));
-  const HANDLE previous = GetStdHandle(STD_INPUT_HANDLE);
+  const HANDLE previousInput = GetStdHandle(STD_INPUT_HANDLE);
+  const HANDLE previousOutput = GetStdHandle(STD_OUTPUT_HANDLE);
   SetStdHandle(STD_INPUT_HANDLE, reading);
-  const bool isTerminal = Terminal::makeNative()->standardInputIsTerminal();
-  SetStdHandle(STD_INPUT_HANDLE, previous);
+  SetStdHandle(STD_OUTPUT_HANDLE, writing);
+  const auto native = Terminal::makeNative();
+  const bool inputIsTerminal = native->standardInputIsTerminal();
+  const bool outputIsTerminal = native->standardOutputIsTerminal();
+  SetStdHandle(STD_INPUT_HANDLE, previousInput);
+  SetStdHandle(STD_OUTPUT_HANDLE, previousOutput);
   CloseHandle(reading);
   CloseHandle(writing);
-  EXPECT_FALSE(isTerminal);
+  EXPECT_FALSE(inputIsTerminal);
+  EXPECT_FALSE(outputIsTerminal);
 }
 
 #else
 
-// Whether the native terminal calls standard input a terminal while it reads from `input`.
-bool seenAsTerminal(int input) {
-  const int previous = dup(STDIN_FILENO);
-  dup2(input, STDIN_FILENO);
-  const bool isTerminal = Terminal::makeNative()->standardInputIsTerminal();
-  dup2(previous, STDIN_FILENO);
-  close(previous);
-  return isTerminal;
+// Whether the native terminal calls standard input and standard output terminals while each of
+// them is `stream`.
+std::pair<bool, bool> seenAsTerminal(int stream) {
+  std::pair<bool, bool> seen;
+  for (const int standard : {STDIN_FILENO, STDOUT_FILENO}) {
+    std::fflush(stdout);
+    const int previous = dup(standard);
+    dup2(stream, standard);
+    const auto native = Terminal::makeNative();
+    (standard == STDIN_FILENO ? seen.first : seen.second) =
+        standard == STDIN_FILENO ? native->standardInputIsTerminal()
+                                 : native->standardOutputIsTerminal();
+    dup2(previous, standard);
+    close(previous);
+  }
+  return seen;
 }
 
-TEST(NativeTerminalTest, StandardInputIsATerminalOnlyWhenItIsOne) {
+TEST(NativeTerminalTest, StandardInputAndOutputAreTerminalsOnlyWhenTheyAreOnes) {
   int pipeEnds[2];
   ASSERT_EQ(pipe(pipeEnds), 0);
-  EXPECT_FALSE(seenAsTerminal(pipeEnds[0]));
+  EXPECT_EQ(seenAsTerminal(pipeEnds[0]), std::pair(false, false));
   close(pipeEnds[0]);
   close(pipeEnds[1]);
 
@@ -88,7 +104,7 @@ TEST(NativeTerminalTest, StandardInputIsATerminalOnlyWhenItIsOne) {
       near >= 0 && grantpt(near) == 0 && unlockpt(near) == 0 ? ptsname(near) : nullptr;
   const int far = name == nullptr ? -1 : open(name, O_RDWR | O_NOCTTY);
   if (far >= 0) {
-    EXPECT_TRUE(seenAsTerminal(far));
+    EXPECT_EQ(seenAsTerminal(far), std::pair(true, true));
     close(far);
   }
   if (near >= 0) close(near);
