@@ -1,17 +1,17 @@
-// Reading a dBASE table of a million records (N(10,0), C(40), N(12,2), D(8), L(1), C(60); 1 %
-// deleted; about 132 MB) into a record set with readDBF and walking every value, against a plain
-// parse of the same file into fixed structs that walks the same values. The file is written once
-// into a temporary folder. Counters: records per second, the file's size and the growth of the
+// Reading the million-record dBASE table (support/million_records_dbf.hpp) into a record set with
+// readDBF and walking every value, against a plain parse of the same file into fixed structs that
+// walks the same values. Counters: records per second, the file's size and the growth of the
 // process's peak resident memory during the first read (VmHWM of /proc/self/status on Linux;
 // 0 where the system has no such file).
 #include <benchmark/benchmark.h>
+
+#include "support/million_records_dbf.hpp"
 
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <ravelin/data/dbf_file_reader.hpp>
-#include <ravelin/tests/data/dbf_writer.hpp>
 #include <string>
 #include <vector>
 
@@ -22,7 +22,9 @@ using ravelin::Recordset;
 using ravelin::String;
 using ravelin::Variant;
 
-constexpr uint32_t kRecords = 1'000'000;
+using ravelin::bench::BenchFile;
+using ravelin::bench::benchFile;
+using ravelin::bench::kRecords;
 
 double peakMegabytes() {
   std::ifstream status("/proc/self/status");
@@ -31,56 +33,6 @@ double peakMegabytes() {
     if (line.rfind("VmHWM:", 0) == 0) return std::stod(line.substr(6)) / 1024.0;  // in kB
   }
   return 0;
-}
-
-ravelin::test_dbf::Table benchTable() {
-  ravelin::test_dbf::Table table;
-  table.fields = {{"ID", 'N', 10, 0}, {"NAME", 'C', 40}, {"PRICE", 'N', 12, 2},
-                  {"SOLD", 'D', 8},   {"PAID", 'L', 1},  {"NOTE", 'C', 60}};
-  return table;
-}
-
-// The table file, written on first use and removed at exit.
-struct BenchFile {
-  std::filesystem::path path;
-  uint64_t bytes = 0;
-
-  BenchFile() {
-    path = std::filesystem::temp_directory_path() / "ravelin_dbf_reader_bench.dbf";
-    const ravelin::test_dbf::Table table = benchTable();
-    std::ofstream out(path, std::ios::binary);
-    out << ravelin::test_dbf::headerBytes(table, kRecords);
-    char buffer[32];
-    for (uint32_t i = 0; i < kRecords; ++i) {
-      const auto value = [&](const char* format, auto... args) {
-        const int n = std::snprintf(buffer, sizeof buffer, format, args...);
-        return std::string(buffer, static_cast<std::size_t>(n));
-      };
-      const std::vector<std::string> values = {
-          value("%u", i + 1),
-          value("Customer %07u", i),
-          value("%u.%02u", i % 100000, i % 100),
-          value("%04u%02u%02u", 1990 + i % 35, 1 + i % 12, 1 + i % 28),
-          i % 3 == 0 ? "T" : "F",
-          i % 7 == 0 ? std::string() : value("Note for record %u", i),
-      };
-      out << ravelin::test_dbf::recordBytes(table, values, i % 100 == 50);
-    }
-    out << '\x1A';
-    out.close();
-    bytes = std::filesystem::file_size(path);
-  }
-  ~BenchFile() { std::filesystem::remove(path); }
-
-  String name() const {
-    const std::u16string p = path.u16string();
-    return String(p.begin(), p.end());
-  }
-};
-
-const BenchFile& benchFile() {
-  static const BenchFile file;
-  return file;
 }
 
 void BM_ReadDbfAndWalk(benchmark::State& state) {
