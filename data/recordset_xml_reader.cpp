@@ -157,8 +157,8 @@ std::optional<Date> dateOf(StringView text) {
         !digitsAt(text, at, 2, day)) {
       return std::nullopt;
     }
-    if (at < text.size() && text[at] != u'T') return std::nullopt;
-    ++at;
+    if (at < text.size() && text[at++] != u'T') return std::nullopt;
+    if (at == text.size() && text.back() == u'T') return std::nullopt;
   }
   if (at < text.size()) {
     if (!digitsAt(text, at, 2, hour) || at >= text.size() || text[at++] != u':' ||
@@ -174,7 +174,7 @@ std::optional<Date> dateOf(StringView text) {
         fraction += (text[at] - u'0') * scale;
       }
     }
-  } else if (timeOnly || at > text.size()) {
+  } else if (timeOnly) {
     return std::nullopt;
   }
   try {
@@ -635,6 +635,7 @@ class Reader {
 }  // namespace
 
 void read(std::string_view document, RecordStore& store, int32_t lockType) {
+  if (document.empty()) bad(u"The file is empty.");
   Reader(document, store, lockType).read();
 }
 

@@ -128,7 +128,7 @@ class Writer {
       schemaOf(i);
     out_ += "\t\t<s:extends type='rs:rowbase'/>\n\t</s:ElementType>\n</s:Schema>\n";
     rows();
-    out_ += "</xml>";
+    out_ += "</xml>\n";
     return std::move(out_);
   }
 
