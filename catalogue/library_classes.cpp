@@ -94,6 +94,7 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<RecordStatusEnum>();
   registry.add<AffectEnum>();
   registry.add<PersistFormatEnum>();
+  registry.add<CommandTypeEnum>();
   registry.add<FilterGroupEnum>();
   registry.add<PositionEnum>();
   registry.add<SQLUtilities>();

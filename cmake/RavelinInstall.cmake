@@ -26,7 +26,7 @@ endforeach()
 
 # What the layers link from outside the project: a plain library name (shell32 on Windows)
 # becomes -l<name> for pkg-config, Threads::Threads the package's Threads dependency and
-# -pthread. On Linux the layers need nothing beyond the C++ runtime.
+# -pthread, LibXml2::LibXml2 the package's LibXml2 dependency and -lxml2.
 set(RAVELIN_FIND_DEPENDENCIES)
 set(system_libs)
 foreach(target IN LISTS RAVELIN_LAYER_TARGETS)
@@ -39,8 +39,11 @@ foreach(target IN LISTS RAVELIN_LAYER_TARGETS)
     if(item IN_LIST RAVELIN_LAYER_TARGETS)
       continue()
     elseif(item STREQUAL "Threads::Threads")
-      set(RAVELIN_FIND_DEPENDENCIES "find_dependency(Threads)")
+      string(APPEND RAVELIN_FIND_DEPENDENCIES "find_dependency(Threads)\n")
       list(APPEND system_libs -pthread)
+    elseif(item STREQUAL "LibXml2::LibXml2")
+      string(APPEND RAVELIN_FIND_DEPENDENCIES "find_dependency(LibXml2)\n")
+      list(APPEND system_libs -lxml2)
     elseif(TARGET ${item} OR item MATCHES "[$<>]")
       message(FATAL_ERROR "The installed package cannot describe the dependency ${item} of "
                           "${target}: teach cmake/RavelinInstall.cmake about it.")

@@ -187,6 +187,21 @@ const EnumInfo& enumInfo<PersistFormatEnum>() {
 }
 
 template <>
+const EnumInfo& enumInfo<CommandTypeEnum>() {
+  static const EnumInfo info{u"CommandTypeEnum",
+                             {
+                                 {u"adCmdUnspecified", adCmdUnspecified},
+                                 {u"adCmdText", adCmdText},
+                                 {u"adCmdTable", adCmdTable},
+                                 {u"adCmdStoredProc", adCmdStoredProc},
+                                 {u"adCmdUnknown", adCmdUnknown},
+                                 {u"adCmdFile", adCmdFile},
+                                 {u"adCmdTableDirect", adCmdTableDirect},
+                             }};
+  return info;
+}
+
+template <>
 const EnumInfo& enumInfo<FilterGroupEnum>() {
   static const EnumInfo info{u"FilterGroupEnum",
                              {

@@ -161,6 +161,19 @@ enum PersistFormatEnum : int32_t {
 template <>
 const EnumInfo& enumInfo<PersistFormatEnum>();
 
+// How Open reads its Source; a saved file is adCmdFile.
+enum CommandTypeEnum : int32_t {
+  adCmdUnspecified = -1,
+  adCmdText = 0x1,
+  adCmdTable = 0x2,
+  adCmdStoredProc = 0x4,
+  adCmdUnknown = 0x8,
+  adCmdFile = 0x100,
+  adCmdTableDirect = 0x200,
+};
+template <>
+const EnumInfo& enumInfo<CommandTypeEnum>();
+
 enum FilterGroupEnum : int32_t {
   adFilterNone = 0,
   adFilterPendingRecords = 1,

@@ -11,6 +11,16 @@ StringView adoErrorDescription(int32_t number) {
     case ado_error::kNoCurrentRecord:
       return u"Either BOF or EOF is True, or the current record has been deleted. Requested "
              u"operation requires a current record.";
+    case ado_error::kOpeningFile:
+      return u"File could not be opened.";
+    case ado_error::kReadFile:
+      return u"File could not be read.";
+    case ado_error::kWriteFile:
+      return u"Write to file failed.";
+    case ado_error::kObjectNoLongerValid:
+      return u"Object is no longer valid.";
+    case ado_error::kFileAlreadyExists:
+      return u"File already exists";
     case ado_error::kNotAllowedInContext:
       return u"Operation is not allowed in this context.";
     case ado_error::kUpdateNotSupported:
@@ -34,6 +44,10 @@ StringView adoErrorDescription(int32_t number) {
 
 void raiseAdoError(int32_t number, StringView source) {
   raiseError(number, String(source), String(adoErrorDescription(number)));
+}
+
+void raiseAdoError(int32_t number, StringView source, StringView detail) {
+  raiseError(number, String(source), String(adoErrorDescription(number)) + u" " + String(detail));
 }
 
 }  // namespace ravelin

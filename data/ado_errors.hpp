@@ -9,13 +9,20 @@ namespace ravelin {
 
 namespace ado_error {
 inline constexpr int32_t kArgumentsWrongType = 3001;
+inline constexpr int32_t kOpeningFile = 3002;
+inline constexpr int32_t kReadFile = 3003;
+inline constexpr int32_t kWriteFile = 3004;
 inline constexpr int32_t kNoCurrentRecord = 3021;
 inline constexpr int32_t kNotAllowedInContext = 3219;
 inline constexpr int32_t kUpdateNotSupported = 3251;
 inline constexpr int32_t kItemNotFound = 3265;
 inline constexpr int32_t kAlreadyInCollection = 3367;
+// A Field kept from before its record set was opened again with fewer fields.
+inline constexpr int32_t kObjectNoLongerValid = 3420;
 inline constexpr int32_t kObjectClosed = 3704;
 inline constexpr int32_t kObjectOpen = 3705;
+// Save to a file that exists: the runtime's own error.
+inline constexpr int32_t kFileAlreadyExists = 58;
 // A value that cannot be converted to the field's type, does not fit its size, or is Null for a
 // field that takes no Null: the cursor engine's DB_E_ERRORSOCCURRED.
 inline constexpr int32_t kMultipleStepErrors = static_cast<int32_t>(0x80040E21u);
@@ -32,5 +39,8 @@ StringView adoErrorDescription(int32_t number);
 
 // Raises the error with its description and the given source.
 [[noreturn]] void raiseAdoError(int32_t number, StringView source);
+// The same with a detail after the description ("File could not be opened. Not found: x.xml"),
+// for the file errors, whose standard text alone does not say what went wrong.
+[[noreturn]] void raiseAdoError(int32_t number, StringView source, StringView detail);
 
 }  // namespace ravelin

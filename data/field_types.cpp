@@ -119,8 +119,9 @@ Variant convertValue(const FieldDefinition& field, const Variant& value) {
       refuseValue();
     default: {
       String text = CStr(value);
-      const bool limited =
-          field.definedSize > 0 && !isLongType(field.type) && (field.attributes & adFldLong) == 0;
+      // A GUID's DefinedSize (16) counts its bytes, not the 38 units of its text.
+      const bool limited = field.definedSize > 0 && !isLongType(field.type) &&
+                           field.type != adGUID && (field.attributes & adFldLong) == 0;
       if (limited && text.size() > static_cast<std::size_t>(field.definedSize)) refuseValue();
       if ((field.type == adChar || field.type == adWChar) && limited)
         text.resize(static_cast<std::size_t>(field.definedSize), u' ');

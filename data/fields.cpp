@@ -10,16 +10,21 @@ namespace ravelin {
 Field::Field(std::shared_ptr<RecordStore> store, std::size_t index)
     : store_(std::move(store)), index_(index) {}
 
+std::size_t Field::position() const {
+  if (index_ >= store_->fieldCount()) raiseAdoError(ado_error::kObjectNoLongerValid, kFieldSource);
+  return index_;
+}
+
 Variant Field::Value() const {
-  return store_->value(index_);
+  return store_->value(position());
 }
 
 void Field::setValue(const Variant& value) {
-  store_->setValue(index_, value);
+  store_->setValue(position(), value);
 }
 
 Variant Field::OriginalValue() const {
-  return store_->originalValue(index_);
+  return store_->originalValue(position());
 }
 
 ClassInfo Field::describe() {
@@ -60,6 +65,12 @@ std::shared_ptr<Field> Fields::Item(const Variant& index) const {
 void Fields::Append(StringView name, int32_t type, int32_t definedSize, int32_t attributes) {
   store_->appendField(name, type, definedSize, attributes);
   fields_.push_back(makeObject<Field>(store_, fields_.size()));
+}
+
+void Fields::refresh() {
+  fields_.clear();
+  for (std::size_t i = 0; i < store_->fieldCount(); ++i)
+    fields_.push_back(makeObject<Field>(store_, i));
 }
 
 bool Fields::enumerate(std::vector<Variant>& items) const {

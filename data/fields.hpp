@@ -39,7 +39,10 @@ class Field : public PublicClass<Field> {
   std::size_t index() const { return index_; }
 
  private:
-  const FieldDefinition& definition() const { return store_->field(index_); }
+  // The field's position, checked: a Field kept from before its record set was opened from a
+  // file with fewer fields raises 3420.
+  std::size_t position() const;
+  const FieldDefinition& definition() const { return store_->field(position()); }
 
   std::shared_ptr<RecordStore> store_;
   std::size_t index_;
@@ -64,6 +67,10 @@ class Fields : public PublicClass<Fields> {
 
   // For Each gives the fields in order.
   bool enumerate(std::vector<Variant>& items) const override;
+
+  // Makes the Field objects anew after the record set's fields were replaced (opened from a
+  // file); a Field kept from before reads the field now at its position, if any.
+  void refresh();
 
  private:
   std::shared_ptr<RecordStore> store_;

@@ -18,7 +18,12 @@ void RecordStore::appendField(StringView name, int32_t type, int32_t definedSize
                               int32_t attributes) {
   if (open_) raiseAdoError(ado_error::kNotAllowedInContext, kFieldsSource);
   if (findField(name)) raiseAdoError(ado_error::kAlreadyInCollection, kFieldsSource);
-  FieldDefinition definition = defineField(name, type, definedSize, attributes);
+  appendField(defineField(name, type, definedSize, attributes));
+}
+
+void RecordStore::appendField(FieldDefinition definition) {
+  if (open_) raiseAdoError(ado_error::kNotAllowedInContext, kFieldsSource);
+  if (findField(definition.name)) raiseAdoError(ado_error::kAlreadyInCollection, kFieldsSource);
   columns_.emplace_back(definition.kind);
   fields_.push_back(std::move(definition));
 }
@@ -522,6 +527,21 @@ std::size_t RecordStore::appendRow() {
   rows_.push_back(RowState::Unmodified);
   ++stateCounts_[static_cast<int>(RowState::Unmodified)];
   return rows_.size() - 1;
+}
+
+std::size_t RecordStore::appendLoadedRow(RowState state) {
+  if (state == RowState::Gone) throw std::invalid_argument("a loaded row is never gone");
+  const std::size_t row = appendRow();
+  setState(row, state);
+  return row;
+}
+
+void RecordStore::setOriginals(std::size_t row, std::vector<Variant> values) {
+  if (row >= rows_.size() || values.size() != fields_.size() ||
+      (rows_[row] != RowState::Modified && rows_[row] != RowState::Deleted)) {
+    throw std::invalid_argument("originals belong to a modified or deleted row, one per field");
+  }
+  originals_[row] = std::move(values);
 }
 
 RecordColumn& RecordStore::cellColumn(std::size_t row, std::size_t field, CellKind kind) {

@@ -107,6 +107,20 @@ class RecordStore {
   const RecordColumn& column(std::size_t field) const { return columns_[field]; }
   // The committed values of a modified or deleted row, or null when it has none kept.
   const std::vector<Variant>* originalsOf(std::size_t row) const;
+  // Whether a lock type was given (LockType or Open) since the last adLockUnspecified.
+  bool lockTypeGiven() const { return lockTypeSet_; }
+
+  // ---- Loading a saved set ------------------------------------------------------------------
+  // A reader of a saved set appends the fields as they were defined, opens the set, appends
+  // each row in its saved state, fills its cells through cellColumn and gives a modified or
+  // deleted row its committed values; these throw std::invalid_argument for a caller's error.
+  // Appends a field exactly as defined: 3219 while open, 3367 for a name already there.
+  void appendField(FieldDefinition definition);
+  // Appends a row in the state (Unmodified, New, Modified or Deleted) with every field unset.
+  std::size_t appendLoadedRow(RowState state);
+  // The committed values of a modified or deleted row, one per field: what OriginalValue reads
+  // and CancelBatch puts back.
+  void setOriginals(std::size_t row, std::vector<Variant> values);
 
  private:
   static constexpr std::size_t kBOF = static_cast<std::size_t>(-2);

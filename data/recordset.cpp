@@ -1,6 +1,11 @@
+#include <filesystem>
+#include <fstream>
+#include <optional>
 #include <ravelin/data/ado_errors.hpp>
+#include <ravelin/data/internal/recordset_xml.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/class_builder.hpp>
+#include <system_error>
 
 namespace ravelin {
 
@@ -14,10 +19,93 @@ void Recordset::Open(const Variant& Source, const Variant& ActiveConnection, int
     return !value.isMissing() && !value.isEmpty() && !(value.isObject() && !value.asObject());
   };
   if (store_->isOpen()) raiseAdoError(ado_error::kObjectOpen, kRecordsetSource);
+  // A saved file: adCmdFile, or a text with neither connection nor options.
+  const bool fromFile = (Options != adCmdUnspecified && (Options & adCmdFile) != 0) ||
+                        (Source.isString() && !given(ActiveConnection) && Options == adCmdUnspecified);
+  if (fromFile) {
+    if (!Source.isString()) raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
+    openFromFile(Source.asString(), LockType);
+    return;
+  }
   // Only the fabricated set is opened here: a source or a connection is not reached.
   if (given(Source) || given(ActiveConnection))
     raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
   store_->open(CursorType, LockType);
+}
+
+// ---- Saved files ----------------------------------------------------------------------------
+
+namespace {
+
+// The name as the system's path; a name the system cannot spell names no file.
+std::optional<std::filesystem::path> nativePath(StringView path) {
+  try {
+    return std::filesystem::path{std::u16string(path)};
+  } catch (const std::system_error&) {
+    return std::nullopt;
+  }
+}
+
+std::string readWholeFile(StringView path) {
+  const auto native = nativePath(path);
+  std::error_code error;
+  if (path.empty() || !native || !std::filesystem::exists(*native, error))
+    raiseAdoError(ado_error::kOpeningFile, kRecordsetSource, u"Not found: " + String(path));
+  if (!std::filesystem::is_regular_file(*native, error))
+    raiseAdoError(ado_error::kOpeningFile, kRecordsetSource, u"Not a file: " + String(path));
+  const uintmax_t size = std::filesystem::file_size(*native, error);
+  if (error) raiseAdoError(ado_error::kOpeningFile, kRecordsetSource, String(path));
+  if (size > recordset_xml::kMaxDocumentBytes) {
+    raiseAdoError(ado_error::kReadFile, kRecordsetSource,
+                  u"The file is larger than 1 GiB: " + String(path));
+  }
+  std::ifstream stream(*native, std::ios::binary);
+  if (!stream) raiseAdoError(ado_error::kOpeningFile, kRecordsetSource, String(path));
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  stream.read(bytes.data(), static_cast<std::streamsize>(size));
+  if (static_cast<uintmax_t>(stream.gcount()) != size)
+    raiseAdoError(ado_error::kReadFile, kRecordsetSource, String(path));
+  return bytes;
+}
+
+}  // namespace
+
+void Recordset::openFromFile(StringView path, int32_t lockType) {
+  const std::string document = readWholeFile(path);
+  if (lockType == adLockUnspecified)
+    lockType = store_->lockTypeGiven() ? store_->lockType() : adLockBatchOptimistic;
+  // Read into a store of its own, so a bad file leaves this set as it was.
+  RecordStore loaded;
+  recordset_xml::read(document, loaded, lockType);
+  *store_ = std::move(loaded);
+  fields_->refresh();
+  if (!(store_->bof() && store_->eof())) store_->moveFirst();
+}
+
+void Recordset::Save(const Variant& Destination, int32_t PersistFormat) {
+  if (!store_->isOpen()) raiseAdoError(ado_error::kObjectClosed, kRecordsetSource);
+  if (PersistFormat != adPersistXML) {
+    raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource,
+                  u"Only adPersistXML (1) is supported.");
+  }
+  if (!Destination.isString() || Destination.asString().empty())
+    raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
+  const String& path = Destination.asString();
+  // Completes an edit in progress and leaves the first row current.
+  if (!(store_->bof() && store_->eof())) store_->moveFirst();
+  const std::string document = recordset_xml::write(*store_);
+  const auto native = nativePath(path);
+  if (!native) raiseAdoError(ado_error::kWriteFile, kRecordsetSource, String(path));
+  std::error_code error;
+  if (std::filesystem::exists(*native, error))
+    raiseAdoError(ado_error::kFileAlreadyExists, kRecordsetSource);
+  std::ofstream stream(*native, std::ios::binary);
+  if (stream) stream.write(document.data(), static_cast<std::streamsize>(document.size()));
+  if (stream) stream.close();
+  if (!stream) {
+    std::filesystem::remove(*native, error);
+    raiseAdoError(ado_error::kWriteFile, kRecordsetSource, String(path));
+  }
 }
 
 void Recordset::assignList(const Variant& fieldList, const Variant& values) {
@@ -106,6 +194,8 @@ ClassInfo Recordset::describe() {
                optional(u"LockType", Variant(int32_t{adLockUnspecified})),
                optional(u"Options", Variant(int32_t{-1}))})
       .method(u"Close", &Recordset::Close)
+      .method(u"Save", &Recordset::Save,
+              {missing(u"Destination"), optional(u"PersistFormat", Variant(int32_t{adPersistXML}))})
       .get(u"State", &Recordset::State)
       .method(u"AddNew", &Recordset::AddNew, {missing(u"FieldList"), missing(u"Values")})
       .method(u"Update", &Recordset::Update, {missing(u"Fields"), missing(u"Values")})

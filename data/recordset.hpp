@@ -7,7 +7,16 @@
 // - Open without a source forces a static client cursor (CursorType adOpenStatic, CursorLocation
 //   adUseClient). A lock type never set (or adLockUnspecified) becomes adLockOptimistic, so a
 //   plain Open gives an updatable set in immediate mode; an explicit adLockReadOnly refuses
-//   AddNew, Delete and assignments with 3251. Opening with a source raises 3001 here.
+//   AddNew, Delete and assignments with 3251. Opening with another source raises 3001 here.
+// - Save writes the XML persistence format (adPersistXML) only: adPersistADTG and other formats
+//   raise 3001. Save to a file that exists raises 58 "File already exists", as the data-access
+//   objects do (callers delete the file first); a file that cannot be written raises 3004 and is
+//   not left half written. After Save the first row is current.
+// - Open of a saved file (Options adCmdFile, or a text Source with no ActiveConnection and no
+//   Options) replaces the fields with the file's and restores each row in its saved state, with
+//   the original values of changed rows. The set is a static client cursor, batch optimistic
+//   unless a lock type was given. A missing file raises 3002, a file that is no saved set 3003,
+//   each with what went wrong; the set stays closed with its fields as they were.
 // - Immediate mode (any lock type but adLockBatchOptimistic): Update commits at once and the row's
 //   Status is adRecUnmodified; Delete removes the row at once. Batch mode: Update leaves the row
 //   pending (adRecNew, or adRecModified with its original values kept), Delete marks it
@@ -62,6 +71,8 @@ class Recordset : public PublicClass<Recordset> {
             int32_t CursorType = adOpenUnspecified, int32_t LockType = adLockUnspecified,
             int32_t Options = -1);
   void Close() { store_->close(); }
+  // Writes the set to a new file (adPersistXML only).
+  void Save(const Variant& Destination = Variant::missing(), int32_t PersistFormat = adPersistXML);
   int32_t State() const { return store_->isOpen() ? adStateOpen : adStateClosed; }
 
   // AddNew with a field list (a name, a position or an array of them) and values assigns them
@@ -121,6 +132,7 @@ class Recordset : public PublicClass<Recordset> {
 
  private:
   void assignList(const Variant& fieldList, const Variant& values);
+  void openFromFile(StringView path, int32_t lockType);
 
   std::shared_ptr<RecordStore> store_;
   std::shared_ptr<ravelin::Fields> fields_;

@@ -468,7 +468,8 @@ TEST(Recordset, ErrorsWithTheirNumbersTextsAndSources) {
       {"Open with a source",
        [](Recordset& rs) {
          rs.Close();
-         rs.Open(Variant(u"SELECT 1"));
+         rs.Open(Variant(u"SELECT 1"), Variant::missing(), adOpenUnspecified, adLockUnspecified,
+                 adCmdText);
        },
        ado_error::kArgumentsWrongType, kRecordsetSource},
   };
