@@ -1,8 +1,8 @@
 // DataUtilities: the field test, the close, the merge and the member table. UpdateRsToInsert
 // lives in update_rs_to_insert.cpp.
+#include <ravelin/base/text.hpp>
 #include <ravelin/data/data_utilities.hpp>
 #include <ravelin/frame/class_builder.hpp>
-#include <ravelin/base/text.hpp>
 #include <ravelin/frame/error.hpp>
 #include <vector>
 
@@ -47,7 +47,8 @@ void copyRows(Recordset& target, Recordset& source) {
       }
       paired = true;
     }
-    for (const auto& [to, from] : pairs) to->setValue(from->Value());
+    for (const auto& [to, from] : pairs)
+      to->setValue(from->Value());
     source.MoveNext();
   }
 }

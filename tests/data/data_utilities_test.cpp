@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 #include <ravelin/data/ado_errors.hpp>
 #include <ravelin/data/data_utilities.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
+#include <thread>
 #include <vector>
 
 namespace ravelin {
@@ -54,10 +56,11 @@ TEST(DataUtilities, FieldExistsComparesNamesWithoutCase) {
     const char16_t* name;
     bool expected;
   } rows[] = {
-      {&none, u"Code", false}, {&some, u"Code", true}, {&some, u"NAME", true},
+      {&none, u"Code", false},  {&some, u"Code", true}, {&some, u"NAME", true},
       {&some, u"name ", false}, {&some, u"", false},
   };
-  for (const Row& row : rows) EXPECT_EQ(utilities.FieldExists(*row.rs, row.name), row.expected);
+  for (const Row& row : rows)
+    EXPECT_EQ(utilities.FieldExists(*row.rs, row.name), row.expected);
   std::shared_ptr<Recordset> nothing;
   EXPECT_THROW(utilities.FieldExists(nothing, u"Code"), AutomationError);
 }
@@ -108,8 +111,8 @@ TEST(DataUtilities, MergeCopiesEveryRowByNameAndUpdatesOnlyWhenAsked) {
       {Variant(int32_t{3}), Variant(u"O'Brien \"3\""), Variant::null()},
   };
   for (const bool update : {false, true}) {
-    auto source = makeSet({{u"Id", adInteger, 0}, {u"Name", adVarWChar, 40}, {u"Price", adDouble, 0}},
-                          values);
+    auto source = makeSet(
+        {{u"Id", adInteger, 0}, {u"Name", adVarWChar, 40}, {u"Price", adDouble, 0}}, values);
     source->MoveLast();  // the merge starts from the first row wherever the source stands
     std::shared_ptr<Recordset> target;
     utilities.MergeRecordset(target, source, update);
@@ -129,7 +132,8 @@ TEST(DataUtilities, MergeIntoAGivenTargetKeepsItsOwnFieldsAndOpensItWhenClosed) 
   auto given = target;
   utilities.MergeRecordset(given, source, false);
   EXPECT_EQ(given, target);
-  EXPECT_EQ(readAll(*target), (std::vector<std::vector<Variant>>{{Variant(u"seven"), Variant(7.0)}}));
+  EXPECT_EQ(readAll(*target),
+            (std::vector<std::vector<Variant>>{{Variant(u"seven"), Variant(7.0)}}));
 }
 
 TEST(DataUtilities, MergeRaisesAFailureWithItsOwnSourceAndKeepsTheRowsCopiedBeforeIt) {
@@ -138,15 +142,16 @@ TEST(DataUtilities, MergeRaisesAFailureWithItsOwnSourceAndKeepsTheRowsCopiedBefo
     std::vector<Column> targetColumns;
     int32_t number;
   } rows[] = {
-      {"a target field the source lacks", {{u"Id", adInteger, 0}, {u"Missing", adInteger, 0}},
+      {"a target field the source lacks",
+       {{u"Id", adInteger, 0}, {u"Missing", adInteger, 0}},
        ado_error::kItemNotFound},
       // The second row's text does not fit the target's three characters.
       {"a value the target refuses", {{u"Name", adVarWChar, 3}}, ado_error::kMultipleStepErrors},
   };
   for (const Row& row : rows) {
-    auto source = makeSet({{u"Id", adInteger, 0}, {u"Name", adVarWChar, 40}},
-                          {{Variant(int32_t{1}), Variant(u"one")},
-                           {Variant(int32_t{2}), Variant(u"three")}});
+    auto source =
+        makeSet({{u"Id", adInteger, 0}, {u"Name", adVarWChar, 40}},
+                {{Variant(int32_t{1}), Variant(u"one")}, {Variant(int32_t{2}), Variant(u"three")}});
     auto target = makeObject<Recordset>();
     for (const Column& column : row.targetColumns)
       target->Fields()->Append(column.name, column.type, column.size, adFldMayBeNull);
@@ -167,6 +172,112 @@ TEST(DataUtilities, MergeRaisesAFailureWithItsOwnSourceAndKeepsTheRowsCopiedBefo
   std::shared_ptr<Recordset> target;
   std::shared_ptr<Recordset> nothing;
   EXPECT_THROW(utilities.MergeRecordset(target, nothing, true), AutomationError);
+}
+
+// The work folders UpdateRsToInsert left in the temporary folder.
+std::size_t workFoldersLeft() {
+  std::size_t count = 0;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(std::filesystem::temp_directory_path()))
+    count += entry.path().filename().string().starts_with("ravelin-");
+  return count;
+}
+
+std::vector<int32_t> statuses(Recordset& rs) {
+  std::vector<int32_t> found;
+  if (rs.BOF() && rs.EndOfFile()) return found;
+  for (rs.MoveFirst(); !rs.EndOfFile(); rs.MoveNext())
+    found.push_back(rs.Status());
+  return found;
+}
+
+TEST(DataUtilities, UpdateRsToInsertMakesEveryShownRowAPendingInsertion) {
+  const std::size_t foldersBefore = workFoldersLeft();
+  const std::vector<Column> columns = {
+      {u"Id", adInteger, 0}, {u"Name", adVarWChar, 40}, {u"When", adDate, 0}};
+  const Variant midnight(Date{45306.0});
+  const std::vector<std::vector<Variant>> committed = {
+      {Variant(int32_t{1}), Variant(u"O'Brien \"&\" <Sons>"), midnight},
+      {Variant(int32_t{2}), Variant::null(), Variant(Date{45306.75})},
+      {Variant(int32_t{3}), Variant(u""), Variant::null()},
+  };
+  auto plain = makeSet(columns, committed);
+  utilities.UpdateRsToInsert(plain);
+  EXPECT_EQ(plain->LockType(), adLockBatchOptimistic);
+  EXPECT_EQ(readAll(*plain), committed);
+  EXPECT_EQ(statuses(*plain), (std::vector<int32_t>{adRecNew, adRecNew, adRecNew}));
+
+  // Pending changes of batch mode: the update brings its current values (a column changed to
+  // Null among them), the deleted row goes, the new row stays new.
+  auto pending = makeObject<Recordset>();
+  for (const Column& column : columns)
+    pending->Fields()->Append(column.name, column.type, column.size,
+                              adFldIsNullable | adFldMayBeNull);
+  pending->setLockType(adLockBatchOptimistic);
+  pending->Open();
+  for (const auto& row : committed) {
+    pending->AddNew();
+    for (int32_t i = 0; i < 3; ++i)
+      pending->Fields()->Item(Variant(i))->setValue(row[i]);
+  }
+  pending->UpdateBatch();
+  pending->MoveFirst();
+  pending->Fields()->Item(Variant(u"Name"))->setValue(Variant(u"changed"));
+  pending->Fields()->Item(Variant(u"When"))->setValue(Variant::null());
+  pending->MoveNext();
+  pending->Delete();
+  pending->AddNew();
+  pending->Fields()->Item(Variant(u"Id"))->setValue(Variant(int32_t{4}));
+  utilities.UpdateRsToInsert(pending);
+  EXPECT_EQ(readAll(*pending), (std::vector<std::vector<Variant>>{
+                                   {Variant(int32_t{1}), Variant(u"changed"), Variant::null()},
+                                   committed[2],
+                                   {Variant(int32_t{4}), Variant::null(), Variant::null()}}));
+  EXPECT_EQ(statuses(*pending), (std::vector<int32_t>{adRecNew, adRecNew, adRecNew}));
+
+  // A closed set is opened first.
+  auto closed = makeObject<Recordset>();
+  closed->Fields()->Append(u"Id", adInteger);
+  utilities.UpdateRsToInsert(closed);
+  EXPECT_EQ(closed->State(), adStateOpen);
+  EXPECT_TRUE(closed->BOF() && closed->EndOfFile());
+  EXPECT_EQ(closed->Fields()->Count(), 1);
+
+  EXPECT_EQ(workFoldersLeft(), foldersBefore);
+}
+
+TEST(DataUtilities, UpdateRsToInsertThatFailsLeavesTheSetAndNoWorkFile) {
+  const std::size_t foldersBefore = workFoldersLeft();
+  // A text the XML format cannot carry makes the save fail.
+  auto rs = makeSet({{u"Name", adVarWChar, 10}}, {{Variant(u"ok")}, {Variant(String(u"a\x1b"))}});
+  EXPECT_THROW(utilities.UpdateRsToInsert(rs), AutomationError);
+  EXPECT_EQ(rs->State(), adStateOpen);
+  EXPECT_EQ(readAll(*rs),
+            (std::vector<std::vector<Variant>>{{Variant(u"ok")}, {Variant(String(u"a\x1b"))}}));
+  EXPECT_EQ(workFoldersLeft(), foldersBefore);
+  std::shared_ptr<Recordset> nothing;
+  EXPECT_THROW(utilities.UpdateRsToInsert(nothing), AutomationError);
+}
+
+TEST(DataUtilities, UpdateRsToInsertCallsAtOnceKeepApart) {
+  std::vector<std::shared_ptr<Recordset>> sets;
+  for (int32_t i = 0; i < 4; ++i) {
+    std::vector<std::vector<Variant>> rows;
+    for (int32_t r = 0; r < 200; ++r)
+      rows.push_back({Variant(i * 1000 + r)});
+    sets.push_back(makeSet({{u"Id", adInteger, 0}}, rows));
+  }
+  std::vector<std::thread> threads;
+  for (auto& set : sets)
+    threads.emplace_back([&set] { utilities.UpdateRsToInsert(set); });
+  for (auto& thread : threads)
+    thread.join();
+  for (int32_t i = 0; i < 4; ++i) {
+    const auto rows = readAll(*sets[static_cast<std::size_t>(i)]);
+    ASSERT_EQ(rows.size(), 200u);
+    EXPECT_EQ(rows.front().front(), Variant(i * 1000));
+    EXPECT_EQ(rows.back().front(), Variant(i * 1000 + 199));
+  }
 }
 
 TEST(DataUtilities, MergeThroughLateBindingHandsTheCreatedTargetBack) {
