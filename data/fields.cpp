@@ -28,6 +28,8 @@ ClassInfo Field::describe() {
       .get(u"Type", &Field::Type)
       .get(u"DefinedSize", &Field::DefinedSize)
       .get(u"Attributes", &Field::Attributes)
+      .get(u"Precision", &Field::Precision)
+      .get(u"NumericScale", &Field::NumericScale)
       .get(u"Value", &Field::Value)
       .let(u"Value", &Field::setValue)
       .get(u"OriginalValue", &Field::OriginalValue)
@@ -55,6 +57,12 @@ std::shared_ptr<Field> Fields::Item(const Variant& index) const {
       return fields_[static_cast<std::size_t>(position)];
   }
   raiseAdoError(ado_error::kItemNotFound, kRecordsetSource);
+}
+
+void Fields::refresh() {
+  fields_.clear();
+  for (std::size_t i = 0; i < store_->fieldCount(); ++i)
+    fields_.push_back(makeObject<Field>(store_, i));
 }
 
 void Fields::Append(StringView name, int32_t type, int32_t definedSize, int32_t attributes) {

@@ -1,6 +1,8 @@
 #include <ravelin/data/ado_errors.hpp>
+#include <ravelin/data/connection.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/class_builder.hpp>
+#include <ravelin/frame/convert.hpp>
 
 namespace ravelin {
 
@@ -14,7 +16,12 @@ void Recordset::Open(const Variant& Source, const Variant& ActiveConnection, int
     return !value.isMissing() && !value.isEmpty() && !(value.isObject() && !value.asObject());
   };
   if (store_->isOpen()) raiseAdoError(ado_error::kObjectOpen, kRecordsetSource);
-  // Only the fabricated set is opened here: a source or a connection is not reached.
+  // A query on a connection (recordset_query.cpp).
+  if (given(ActiveConnection)) setActiveConnection(ActiveConnection);
+  if (connection_ && given(Source)) {
+    openFromQuery(CStr(Source), CursorType, LockType);
+    return;
+  }
   if (given(Source) || given(ActiveConnection))
     raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
   store_->open(CursorType, LockType);
@@ -135,6 +142,13 @@ ClassInfo Recordset::describe() {
       .let(u"CursorType", &Recordset::setCursorType)
       .get(u"CursorLocation", &Recordset::CursorLocation)
       .let(u"CursorLocation", &Recordset::setCursorLocation)
+      .get(u"ActiveConnection",
+           [](Recordset& self) -> Variant {
+             if (!self.ActiveConnection()) return Variant::nothing();
+             return Variant(ObjectRef(self.ActiveConnection()));
+           })
+      .let(u"ActiveConnection", &Recordset::setActiveConnection)
+      .set(u"ActiveConnection", &Recordset::setActiveConnection)
       .get(u"Filter", &Recordset::Filter)
       .let(u"Filter", &Recordset::setFilter)
       .build();
