@@ -41,8 +41,9 @@
 //   columns of that table's primary key. Dates read with whole seconds.
 // - Open with a connection and no query raises 3001, as does a query without a connection.
 // - UpdateBatch with a connection sends the pending rows in one transaction with prepared,
-//   parameterised statements: INSERT of the fields set, UPDATE of the changed fields and DELETE,
-//   both located by the key columns (or, with none, by every original value, Null as IS NULL).
+//   parameterised statements: INSERT of the fields set, UPDATE of the changed fields located by
+//   the key columns and the changed fields' original values, DELETE located by the key columns
+//   (with no key column both are located by every original value; Null as IS NULL).
 //   An UPDATE or DELETE that changes no row raises 0x80040E38 (the row changed underneath); a
 //   set whose fields name no single base table raises 0x80004005 "Insufficient base table
 //   information for updating or refreshing."; a driver's refusal raises its message

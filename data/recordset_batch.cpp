@@ -140,12 +140,23 @@ class BatchWriter {
     run(prepared, row);
   }
 
-  // The fields that locate a row: its key, or with none every field.
-  const std::vector<std::size_t>& locators() const { return keys_.empty() ? targets_ : keys_; }
+  // The fields that locate a row: its key and the fields the row changes (so that a change
+  // made underneath to a column being updated is found, as the data-access objects' default
+  // update criteria do), or with no key every field.
+  void chooseLocators(const std::vector<std::size_t>& changed) {
+    if (keys_.empty()) {
+      where_ = targets_;
+      return;
+    }
+    where_ = keys_;
+    for (std::size_t field : changed) {
+      if ((store_.field(field).attributes & adFldKeyColumn) == 0) where_.push_back(field);
+    }
+  }
 
   void appendWhere(String& sql, std::vector<Source>& sources, std::size_t row) const {
     bool first = true;
-    for (std::size_t field : locators()) {
+    for (std::size_t field : where_) {
       sql += first ? u" WHERE " : u" AND ";
       first = false;
       sql += quoted(store_.field(field).baseColumn);
@@ -160,25 +171,25 @@ class BatchWriter {
 
   void appendWhereKey(std::size_t row) {
     key_ += '|';
-    for (std::size_t field : locators())
+    for (std::size_t field : where_)
       key_ += originalOf(row, field).isNull() ? 'N' : 'V';
   }
 
   void update(std::size_t row) {
     key_.assign(1, 'U');
-    bool changed = false;
+    changed_.clear();
     for (std::size_t field : targets_) {
       const bool differs = !sameValue(store_.column(field).value(row), originalOf(row, field));
       key_ += differs ? '1' : '0';
-      changed = changed || differs;
+      if (differs) changed_.push_back(field);
     }
-    if (!changed) return;
+    if (changed_.empty()) return;
+    chooseLocators(changed_);
     appendWhereKey(row);
     Prepared& prepared = statementFor([&](std::vector<Source>& sources) {
       String sql = u"UPDATE " + quotedTable() + u" SET ";
       bool first = true;
-      for (std::size_t field : targets_) {
-        if (key_[1 + targetIndex(field)] != '1') continue;
+      for (std::size_t field : changed_) {
         if (!first) sql += u", ";
         first = false;
         sql += quoted(store_.field(field).baseColumn) + u" = ?";
@@ -192,6 +203,7 @@ class BatchWriter {
 
   void remove(std::size_t row) {
     key_.assign(1, 'D');
+    chooseLocators({});
     appendWhereKey(row);
     Prepared& prepared = statementFor([&](std::vector<Source>& sources) {
       String sql = u"DELETE FROM " + quotedTable();
@@ -289,6 +301,8 @@ class BatchWriter {
   std::vector<platform::OdbcParameter> parameters_;  // per target
   std::unordered_map<std::string, Prepared> prepared_;
   std::string key_;
+  std::vector<std::size_t> changed_;
+  std::vector<std::size_t> where_;
   std::vector<uint8_t> bytes_;
 };
 
