@@ -112,11 +112,12 @@ String odbcConnectionString(StringView connectionString, StringView user, String
     const String name = provider->value;
     if (!equalsIgnoreCase(name, u"MSDASQL") && !equalsIgnoreCase(name, u"MSDASQL.1"))
       raiseAdoError(ado_error::kProviderNotFound, kConnectionSource);
-    std::erase_if(attributes,
-                  [](const Attribute& attribute) { return equalsIgnoreCase(attribute.key, u"Provider"); });
+    std::erase_if(attributes, [](const Attribute& attribute) {
+      return equalsIgnoreCase(attribute.key, u"Provider");
+    });
   }
-  const bool named = find(attributes, u"Driver") || find(attributes, u"DSN") ||
-                     find(attributes, u"FileDSN");
+  const bool named =
+      find(attributes, u"Driver") || find(attributes, u"DSN") || find(attributes, u"FileDSN");
   if (!named) {
     if (Attribute* source = find(attributes, u"Data Source")) {
       source->key = u"Database";
@@ -211,8 +212,7 @@ std::shared_ptr<Recordset> Connection::Execute(StringView CommandText, Variant& 
 
 int32_t Connection::BeginTrans() {
   requireOpen();
-  if (transactionLevel_ > 0)
-    raiseAdoError(ado_error::kTransactionExists, kOdbcProviderSource);
+  if (transactionLevel_ > 0) raiseAdoError(ado_error::kTransactionExists, kOdbcProviderSource);
   try {
     odbc_->setAutoCommit(false);
   } catch (const platform::OdbcError& error) {
@@ -251,18 +251,18 @@ ClassInfo Connection::describe() {
       .get(u"ConnectionString", &Connection::ConnectionString)
       .let(u"ConnectionString", &Connection::setConnectionString)
       .get(u"", &Connection::ConnectionString)
-      .method(u"Open", &Connection::Open,
-              {optional(u"ConnectionString", Variant(String())),
-               optional(u"UserID", Variant(String())), optional(u"Password", Variant(String())),
-               optional(u"Options", Variant(int32_t{-1}))})
+      .method(
+          u"Open", &Connection::Open,
+          {optional(u"ConnectionString", Variant(String())), optional(u"UserID", Variant(String())),
+           optional(u"Password", Variant(String())), optional(u"Options", Variant(int32_t{-1}))})
       .method(u"Close", &Connection::Close)
       .get(u"State", &Connection::State)
-      .method(u"Execute",
-              static_cast<std::shared_ptr<Recordset> (Connection::*)(StringView, Variant&,
-                                                                      int32_t)>(
-                  &Connection::Execute),
-              {u"CommandText", optional(u"RecordsAffected", Variant::missing()),
-               optional(u"Options", Variant(int32_t{-1}))})
+      .method(
+          u"Execute",
+          static_cast<std::shared_ptr<Recordset> (Connection::*)(StringView, Variant&, int32_t)>(
+              &Connection::Execute),
+          {u"CommandText", optional(u"RecordsAffected", Variant::missing()),
+           optional(u"Options", Variant(int32_t{-1}))})
       .method(u"BeginTrans", &Connection::BeginTrans)
       .method(u"CommitTrans", &Connection::CommitTrans)
       .method(u"RollbackTrans", &Connection::RollbackTrans)

@@ -86,8 +86,7 @@ FieldDefinition fieldFor(const platform::OdbcColumn& column) {
   if (column.nullable) field.attributes |= adFldIsNullable | adFldMayBeNull;
   if (type == adNumeric) {
     field.precision = static_cast<uint8_t>(std::min<uint64_t>(column.size, 255));
-    field.numericScale =
-        static_cast<uint8_t>(std::clamp<int16_t>(column.decimalDigits, 0, 255));
+    field.numericScale = static_cast<uint8_t>(std::clamp<int16_t>(column.decimalDigits, 0, 255));
   }
   field.baseTable = column.baseTable;
   field.baseColumn = column.baseColumn;
@@ -142,9 +141,12 @@ platform::OdbcParameter parameterFor(const FieldDefinition& field) {
 
 platform::OdbcTimestamp timestampOf(Date date) {
   const DateParts parts = splitDate(date);
-  return {static_cast<int16_t>(parts.year),   static_cast<uint16_t>(parts.month),
-          static_cast<uint16_t>(parts.day),    static_cast<uint16_t>(parts.hour),
-          static_cast<uint16_t>(parts.minute), static_cast<uint16_t>(parts.second),
+  return {static_cast<int16_t>(parts.year),
+          static_cast<uint16_t>(parts.month),
+          static_cast<uint16_t>(parts.day),
+          static_cast<uint16_t>(parts.hour),
+          static_cast<uint16_t>(parts.minute),
+          static_cast<uint16_t>(parts.second),
           0};
 }
 

@@ -121,22 +121,24 @@ class BatchWriter {
     key_.assign(1, 'I');
     for (std::size_t field : targets_)
       key_ += store_.column(field).isSet(row) ? '1' : '0';
-    Prepared& prepared = statementFor([&](std::vector<Source>& sources) {
-      String names;
-      String markers;
-      for (std::size_t field : targets_) {
-        if (!store_.column(field).isSet(row)) continue;
-        if (!names.empty()) {
-          names += u", ";
-          markers += u", ";
-        }
-        names += quoted(store_.field(field).baseColumn);
-        markers += u'?';
-        sources.push_back({field, false});
-      }
-      if (names.empty()) return u"INSERT INTO " + quotedTable() + u" DEFAULT VALUES";
-      return u"INSERT INTO " + quotedTable() + u" (" + names + u") VALUES (" + markers + u")";
-    }, false);
+    Prepared& prepared = statementFor(
+        [&](std::vector<Source>& sources) {
+          String names;
+          String markers;
+          for (std::size_t field : targets_) {
+            if (!store_.column(field).isSet(row)) continue;
+            if (!names.empty()) {
+              names += u", ";
+              markers += u", ";
+            }
+            names += quoted(store_.field(field).baseColumn);
+            markers += u'?';
+            sources.push_back({field, false});
+          }
+          if (names.empty()) return u"INSERT INTO " + quotedTable() + u" DEFAULT VALUES";
+          return u"INSERT INTO " + quotedTable() + u" (" + names + u") VALUES (" + markers + u")";
+        },
+        false);
     run(prepared, row);
   }
 
@@ -186,18 +188,20 @@ class BatchWriter {
     if (changed_.empty()) return;
     chooseLocators(changed_);
     appendWhereKey(row);
-    Prepared& prepared = statementFor([&](std::vector<Source>& sources) {
-      String sql = u"UPDATE " + quotedTable() + u" SET ";
-      bool first = true;
-      for (std::size_t field : changed_) {
-        if (!first) sql += u", ";
-        first = false;
-        sql += quoted(store_.field(field).baseColumn) + u" = ?";
-        sources.push_back({field, false});
-      }
-      appendWhere(sql, sources, row);
-      return sql;
-    }, true);
+    Prepared& prepared = statementFor(
+        [&](std::vector<Source>& sources) {
+          String sql = u"UPDATE " + quotedTable() + u" SET ";
+          bool first = true;
+          for (std::size_t field : changed_) {
+            if (!first) sql += u", ";
+            first = false;
+            sql += quoted(store_.field(field).baseColumn) + u" = ?";
+            sources.push_back({field, false});
+          }
+          appendWhere(sql, sources, row);
+          return sql;
+        },
+        true);
     run(prepared, row);
   }
 
@@ -205,11 +209,13 @@ class BatchWriter {
     key_.assign(1, 'D');
     chooseLocators({});
     appendWhereKey(row);
-    Prepared& prepared = statementFor([&](std::vector<Source>& sources) {
-      String sql = u"DELETE FROM " + quotedTable();
-      appendWhere(sql, sources, row);
-      return sql;
-    }, true);
+    Prepared& prepared = statementFor(
+        [&](std::vector<Source>& sources) {
+          String sql = u"DELETE FROM " + quotedTable();
+          appendWhere(sql, sources, row);
+          return sql;
+        },
+        true);
     run(prepared, row);
   }
 
@@ -295,9 +301,9 @@ class BatchWriter {
   const RecordStore& store_;
   String quote_;
   String table_;
-  std::vector<std::size_t> targetIndex_;  // per field: its place among the targets
-  std::vector<std::size_t> targets_;  // the fields written, in field order
-  std::vector<std::size_t> keys_;     // the key fields among them
+  std::vector<std::size_t> targetIndex_;             // per field: its place among the targets
+  std::vector<std::size_t> targets_;                 // the fields written, in field order
+  std::vector<std::size_t> keys_;                    // the key fields among them
   std::vector<platform::OdbcParameter> parameters_;  // per target
   std::unordered_map<std::string, Prepared> prepared_;
   std::string key_;

@@ -1,11 +1,11 @@
 // Recordset with a connection: ActiveConnection, and Open of a query filling the set.
+#include <ravelin/base/text.hpp>
 #include <ravelin/data/ado_errors.hpp>
 #include <ravelin/data/connection.hpp>
 #include <ravelin/data/internal/odbc_types.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/platform/odbc.hpp>
-#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 namespace {
@@ -203,8 +203,8 @@ void Recordset::loadResult(platform::OdbcStatement& statement,
             break;
           case CellKind::Variant:
             if (statement.readBinary(f, bytes)) {
-              SafeArray array = SafeArray::vector(VarType::Byte, 0,
-                                                  static_cast<int32_t>(bytes.size()) - 1);
+              SafeArray array =
+                  SafeArray::vector(VarType::Byte, 0, static_cast<int32_t>(bytes.size()) - 1);
               for (std::size_t i = 0; i < bytes.size(); ++i)
                 array.elements[i] = Variant(bytes[i]);
               column.setVariant(row, Variant(std::move(array)));

@@ -424,9 +424,10 @@ class NativeConnection final : public OdbcConnection {
     std::u16string text(connectionString);
     SQLWCHAR completed[1024];
     SQLSMALLINT completedLength = 0;
-    check(SQLDriverConnectW(dbc(), nullptr, wide(text.c_str()), static_cast<SQLSMALLINT>(text.size()),
-                            completed, 1024, &completedLength, SQL_DRIVER_NOPROMPT),
-          SQL_HANDLE_DBC, dbc(), true);
+    check(
+        SQLDriverConnectW(dbc(), nullptr, wide(text.c_str()), static_cast<SQLSMALLINT>(text.size()),
+                          completed, 1024, &completedLength, SQL_DRIVER_NOPROMPT),
+        SQL_HANDLE_DBC, dbc(), true);
     connected_ = true;
   }
 

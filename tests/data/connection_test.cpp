@@ -25,8 +25,7 @@ TEST(ConnectionString, AdoAndOdbcFormsBecomeOdbcStrings) {
   const Row rows[] = {
       {u"Driver={SQLite3};Database=/tmp/a.db", u"", u"", u"Driver={SQLite3};Database=/tmp/a.db;"},
       {u"DSN=till", u"", u"", u"DSN=till;"},
-      {u"Provider=MSDASQL;DSN=till;User ID=pos;Password=x", u"", u"",
-       u"DSN=till;UID=pos;PWD=x;"},
+      {u"Provider=MSDASQL;DSN=till;User ID=pos;Password=x", u"", u"", u"DSN=till;UID=pos;PWD=x;"},
       {u"provider=msdasql.1; Driver={PostgreSQL Unicode}; Server=h", u"", u"",
        u"Driver={PostgreSQL Unicode};Server=h;"},
       // The embedded default: a path alone is a SQLite file.
@@ -44,8 +43,7 @@ TEST(ConnectionString, AdoAndOdbcFormsBecomeOdbcStrings) {
       {u"", u"", u"", u""},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(toUtf8(odbcConnectionString(row.given, row.user, row.password)),
-              toUtf8(row.expected))
+    EXPECT_EQ(toUtf8(odbcConnectionString(row.given, row.user, row.password)), toUtf8(row.expected))
         << toUtf8(row.given);
   }
   EXPECT_EQ(errorNumberOf([] { odbcConnectionString(u"Provider=SQLOLEDB;Data Source=x"); }),
@@ -148,8 +146,10 @@ TEST_P(ConnectionTest, DriverFailuresCarryTheDriversMessage) {
        [&] { execute("SELEKT 1"); },
        ado_error::kErrorsInCommand,
        {"syntax error"}},
-      {"a missing table", [&] { execute("SELECT * FROM no_such_table_here"); },
-       ado_error::kErrorsInCommand, {"no_such_table_here"}},
+      {"a missing table",
+       [&] { execute("SELECT * FROM no_such_table_here"); },
+       ado_error::kErrorsInCommand,
+       {"no_such_table_here"}},
       {"a driver that is not there",
        [] { makeObject<Connection>()->Open(u"Driver={No Such Driver};Database=x"); },
        ado_error::kUnspecifiedError,
@@ -260,30 +260,74 @@ TEST_P(ConnectionTest, TypesRoundTripThroughABatch) {
   };
   const Variant null = Variant::null();
   const std::vector<Column> columns = {
-      {"c_int", "INTEGER", "INTEGER", adInteger, adInteger,
+      {"c_int",
+       "INTEGER",
+       "INTEGER",
+       adInteger,
+       adInteger,
        {Variant(int32_t{1}), Variant(int32_t{-2147483647}), null, Variant(int32_t{0})}},
-      {"c_small", "SMALLINT", "SMALLINT", adSmallInt, adSmallInt,
+      {"c_small",
+       "SMALLINT",
+       "SMALLINT",
+       adSmallInt,
+       adSmallInt,
        {Variant(int16_t{-32768}), Variant(int16_t{7}), null, Variant(int16_t{32767})}},
-      {"c_big", "BIGINT", "BIGINT", adBigInt, adBigInt,
+      {"c_big",
+       "BIGINT",
+       "BIGINT",
+       adBigInt,
+       adBigInt,
        {Variant(9007199254740992.0), Variant(-5.0), null, Variant(0.0)}},
-      {"c_double", "DOUBLE", "DOUBLE PRECISION", adDouble, adDouble,
+      {"c_double",
+       "DOUBLE",
+       "DOUBLE PRECISION",
+       adDouble,
+       adDouble,
        {Variant(1.5), Variant(-0.1), null, Variant(1e300)}},
       // The SQLite driver reports REAL as a double.
-      {"c_real", "REAL", "REAL", adDouble, adSingle,
+      {"c_real",
+       "REAL",
+       "REAL",
+       adDouble,
+       adSingle,
        {Variant(2.5f), Variant(-0.25f), null, Variant(0.0f)}},
-      {"c_num", "NUMERIC(10,2)", "NUMERIC(10,2)", adDouble, adNumeric,
+      {"c_num",
+       "NUMERIC(10,2)",
+       "NUMERIC(10,2)",
+       adDouble,
+       adNumeric,
        {Variant(12.34), Variant(-0.5), null, Variant(99999999.99)}},
-      {"c_bit", "BIT", "BOOLEAN", adBoolean, adBoolean,
+      {"c_bit",
+       "BIT",
+       "BOOLEAN",
+       adBoolean,
+       adBoolean,
        {Variant(true), Variant(false), null, Variant(true)}},
-      {"c_date", "DATE", "DATE", adDBDate, adDBDate,
+      {"c_date",
+       "DATE",
+       "DATE",
+       adDBDate,
+       adDBDate,
        {Variant(makeDate(2024, 2, 29)), Variant(makeDate(1899, 12, 30)), null,
         Variant(makeDate(9999, 12, 31))}},
-      {"c_stamp", "TIMESTAMP", "TIMESTAMP", adDBTimeStamp, adDBTimeStamp,
+      {"c_stamp",
+       "TIMESTAMP",
+       "TIMESTAMP",
+       adDBTimeStamp,
+       adDBTimeStamp,
        {Variant(makeDate(2024, 2, 29, 13, 45, 10)), Variant(makeDate(2000, 1, 1)), null,
         Variant(makeDate(1970, 6, 30, 23, 59, 59))}},
-      {"c_text", "VARCHAR(60)", "VARCHAR(60)", adVarChar, adVarWChar,
+      {"c_text",
+       "VARCHAR(60)",
+       "VARCHAR(60)",
+       adVarChar,
+       adVarWChar,
        {Variant(u"O'Brien"), Variant(u""), null, Variant(u"x'); DROP TABLE t; --")}},
-      {"c_long", "TEXT", "TEXT", adLongVarChar, adLongVarWChar,
+      {"c_long",
+       "TEXT",
+       "TEXT",
+       adLongVarChar,
+       adLongVarWChar,
        {Variant(String(5000, u'z')), Variant(u"caf\u00e9 \u20ac \u4e2d"), null, Variant(u"'")}},
   };
   std::string ddl = "CREATE TABLE " + table_ + " (id INTEGER PRIMARY KEY";
@@ -348,7 +392,8 @@ TEST_P(ConnectionTest, OpenWithAQueryDescribesTheColumns) {
   // Through a Connection object and through a connection string.
   for (bool byString : {false, true}) {
     auto rs = makeObject<Recordset>();
-    const Variant connection = byString ? Variant(connectionString_) : Variant(ObjectRef(connection_));
+    const Variant connection =
+        byString ? Variant(connectionString_) : Variant(ObjectRef(connection_));
     rs->Open(Variant(fromUtf8("SELECT * FROM " + table_ + " ORDER BY code")), connection,
              adOpenStatic, adLockBatchOptimistic);
     EXPECT_EQ(rs->RecordCount(), 2);

@@ -121,7 +121,9 @@ TEST_P(UpdateBatchTest, AFailureRollsBackAndKeepsThePendingRows) {
     std::vector<std::string> inMessage;  // any of these
   };
   const Row rows_[] = {
-      {"a duplicate name", [](UpdateBatchTest&) {}, ado_error::kErrorsInCommand,
+      {"a duplicate name",
+       [](UpdateBatchTest&) {},
+       ado_error::kErrorsInCommand,
        {"UNIQUE", "unique", "duplicate"}},
       {"row 3 changed underneath",
        [](UpdateBatchTest& t) { t.execute("UPDATE " + t.table_ + " SET qty = 31 WHERE id = 3"); },

@@ -50,8 +50,8 @@ class DatabaseTest : public ::testing::TestWithParam<DatabaseKind> {
       static std::atomic<int> counter{0};
       folder_ = std::filesystem::temp_directory_path() /
                 ("ravelin-odbc-" +
-                 std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) +
-                 "-" + std::to_string(counter++));
+                 std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + "-" +
+                 std::to_string(counter++));
       std::filesystem::create_directories(folder_);
       connectionString_ = u"Data Source=" + fromUtf8((folder_ / "test.db").string());
     } else {
