@@ -22,6 +22,7 @@
 #include <ravelin/containers/cls_larray_object.hpp>
 #include <ravelin/data/ado_enums.hpp>
 #include <ravelin/data/data_utilities.hpp>
+#include <ravelin/data/connection.hpp>
 #include <ravelin/data/dbf_file_reader.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/data/sql_utilities.hpp>
@@ -82,6 +83,7 @@ void registerLibraryClasses(ClassRegistry& registry) {
   // data
   registry.add<DBFFileReader>();
   registry.add<Recordset>();
+  registry.add<Connection>();
   registry.add<Fields>();
   registry.add<Field>();
   registry.add<DataTypeEnum>();

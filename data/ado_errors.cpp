@@ -35,6 +35,20 @@ StringView adoErrorDescription(int32_t number) {
       return u"Operation is not allowed when the object is closed.";
     case ado_error::kObjectOpen:
       return u"Operation is not allowed when the object is open.";
+    case ado_error::kInTransaction:
+      return u"Connection object cannot be explicitly closed while in a transaction.";
+    case ado_error::kProviderNotFound:
+      return u"Provider cannot be found. It may not be properly installed.";
+    case ado_error::kInvalidConnection:
+      return u"The connection cannot be used to perform this operation. It is either closed or "
+             u"invalid in this context.";
+    case ado_error::kRowNotLocated:
+      return u"Row cannot be located for updating. Some values may have been changed since it "
+             u"was last read.";
+    case ado_error::kNoTransaction:
+      return u"No transaction is active.";
+    case ado_error::kTransactionExists:
+      return u"Only one transaction can be active on this session.";
     case ado_error::kMultipleStepErrors:
       return u"Multiple-step operation generated errors. Check each status value.";
     default:

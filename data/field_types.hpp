@@ -21,6 +21,9 @@ struct FieldDefinition {
   // through a connection writes to. Empty for a fabricated field.
   String baseTable;
   String baseColumn;
+  // A numeric field's digits and digits after the point, as the database gave them.
+  uint8_t precision = 0;
+  uint8_t numericScale = 0;
 };
 
 // The storage of a field type; none for the types a record set refuses (adEmpty, adIDispatch,

@@ -33,6 +33,8 @@ ClassInfo Field::describe() {
       .get(u"Type", &Field::Type)
       .get(u"DefinedSize", &Field::DefinedSize)
       .get(u"Attributes", &Field::Attributes)
+      .get(u"Precision", &Field::Precision)
+      .get(u"NumericScale", &Field::NumericScale)
       .get(u"Value", &Field::Value)
       .let(u"Value", &Field::setValue)
       .get(u"OriginalValue", &Field::OriginalValue)

@@ -25,6 +25,9 @@ class Field : public PublicClass<Field> {
   int32_t Type() const { return definition().type; }
   int32_t DefinedSize() const { return definition().definedSize; }
   int32_t Attributes() const { return definition().attributes; }
+  // Digits and digits after the point of a numeric field from a database (0 otherwise).
+  uint8_t Precision() const { return definition().precision; }
+  uint8_t NumericScale() const { return definition().numericScale; }
 
   // The value in the current record: Null while unset. Errors: 3704 when the set is closed,
   // 3021 without a current record (at BOF or EOF, or on a deleted row).

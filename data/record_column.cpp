@@ -184,6 +184,16 @@ std::size_t RecordColumn::reserveText(std::size_t row, std::size_t units) {
   return start;
 }
 
+void RecordColumn::copyText(std::size_t row, char16_t* out) const {
+  const std::size_t start = textStart_[row];
+  const std::size_t length = textLength_[row];
+  if (wide_) {
+    std::copy_n(wideUnits_.begin() + static_cast<std::ptrdiff_t>(start), length, out);
+  } else {
+    std::copy_n(narrow_.begin() + static_cast<std::ptrdiff_t>(start), length, out);
+  }
+}
+
 void RecordColumn::setText(std::size_t row, StringView value) {
   if (!wide_ && std::any_of(value.begin(), value.end(), [](char16_t u) { return u > 0xFF; }))
     widen();

@@ -53,6 +53,11 @@ class RecordColumn {
   // The cell as a value of the column's automation type, or Null when unset.
   Variant value(std::size_t row) const;
 
+  // The units of a text cell and a copy of them, without making a String (the fast path of
+  // writers that send a column's text elsewhere).
+  std::size_t textLength(std::size_t row) const { return textLength_[row]; }
+  void copyText(std::size_t row, char16_t* out) const;
+
   // Writers; each takes a value of the column's own kind (checked by the caller).
   void setDouble(std::size_t row, double value);  // Double and Date
   void setSingle(std::size_t row, float value);

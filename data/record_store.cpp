@@ -28,6 +28,14 @@ void RecordStore::appendField(FieldDefinition definition) {
   fields_.push_back(std::move(definition));
 }
 
+void RecordStore::defineFields(std::vector<FieldDefinition> fields) {
+  if (open_) raiseRecordset(ado_error::kObjectOpen);
+  columns_.clear();
+  for (const FieldDefinition& field : fields)
+    columns_.emplace_back(field.kind);
+  fields_ = std::move(fields);
+}
+
 std::optional<std::size_t> RecordStore::findField(StringView name) const {
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     if (equalsIgnoreCase(fields_[i].name, name)) return i;

@@ -33,6 +33,8 @@ class RecordStore {
   const FieldDefinition& field(std::size_t index) const { return fields_[index]; }
   // The position of the field of that name, without regard to case.
   std::optional<std::size_t> findField(StringView name) const;
+  // Replaces every field with the given ones (a set filled from a query); 3705 when open.
+  void defineFields(std::vector<FieldDefinition> fields);
 
   // ---- Opening ------------------------------------------------------------------------------
   bool isOpen() const { return open_; }
@@ -121,6 +123,9 @@ class RecordStore {
   // The committed values of a modified or deleted row, one per field: what OriginalValue reads
   // and CancelBatch puts back.
   void setOriginals(std::size_t row, std::vector<Variant> values);
+  // The rows an AffectRecords value selects (adAffectCurrent, adAffectGroup, adAffectAll), in
+  // storage order; 3001 for another value.
+  std::vector<std::size_t> affectedRows(int32_t affect) const;
 
  private:
   static constexpr std::size_t kBOF = static_cast<std::size_t>(-2);
@@ -142,7 +147,6 @@ class RecordStore {
   void applyEdit();
   void keepOriginals(std::size_t row);
   void restoreOriginals(std::size_t row);
-  std::vector<std::size_t> affectedRows(int32_t affect) const;
 
   std::vector<FieldDefinition> fields_;
   std::vector<RecordColumn> columns_;

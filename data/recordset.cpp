@@ -2,9 +2,11 @@
 #include <fstream>
 #include <optional>
 #include <ravelin/data/ado_errors.hpp>
+#include <ravelin/data/connection.hpp>
 #include <ravelin/data/internal/recordset_xml.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/class_builder.hpp>
+#include <ravelin/frame/convert.hpp>
 #include <system_error>
 
 namespace ravelin {
@@ -14,20 +16,24 @@ Recordset::Recordset()
 
 void Recordset::Open(const Variant& Source, const Variant& ActiveConnection, int32_t CursorType,
                      int32_t LockType, int32_t Options) {
-  (void)Options;
   const auto given = [](const Variant& value) {
     return !value.isMissing() && !value.isEmpty() && !(value.isObject() && !value.asObject());
   };
   if (store_->isOpen()) raiseAdoError(ado_error::kObjectOpen, kRecordsetSource);
+  if (given(ActiveConnection)) setActiveConnection(ActiveConnection);
   // A saved file: adCmdFile, or a text with neither connection nor options.
   const bool fromFile = (Options != adCmdUnspecified && (Options & adCmdFile) != 0) ||
-                        (Source.isString() && !given(ActiveConnection) && Options == adCmdUnspecified);
+                        (Source.isString() && !connection_ && Options == adCmdUnspecified);
   if (fromFile) {
     if (!Source.isString()) raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
     openFromFile(Source.asString(), LockType);
     return;
   }
-  // Only the fabricated set is opened here: a source or a connection is not reached.
+  // A query on a connection (recordset_query.cpp).
+  if (connection_ && given(Source)) {
+    openFromQuery(CStr(Source), CursorType, LockType);
+    return;
+  }
   if (given(Source) || given(ActiveConnection))
     raiseAdoError(ado_error::kArgumentsWrongType, kRecordsetSource);
   store_->open(CursorType, LockType);
@@ -225,6 +231,13 @@ ClassInfo Recordset::describe() {
       .let(u"CursorType", &Recordset::setCursorType)
       .get(u"CursorLocation", &Recordset::CursorLocation)
       .let(u"CursorLocation", &Recordset::setCursorLocation)
+      .get(u"ActiveConnection",
+           [](Recordset& self) -> Variant {
+             if (!self.ActiveConnection()) return Variant::nothing();
+             return Variant(ObjectRef(self.ActiveConnection()));
+           })
+      .let(u"ActiveConnection", &Recordset::setActiveConnection)
+      .set(u"ActiveConnection", &Recordset::setActiveConnection)
       .get(u"Filter", &Recordset::Filter)
       .let(u"Filter", &Recordset::setFilter)
       .build();

@@ -39,6 +39,26 @@
 // - The bulk setters store a text as given: no DefinedSize check and no padding.
 // - Close during an edit in immediate mode raises 3219; in batch mode pending changes are lost.
 //   Close keeps the fields, so the set can be opened again.
+//
+// With a connection (recordset_query.cpp, recordset_batch.cpp):
+// - Open with a query and a connection (the ActiveConnection argument, or the property set
+//   before) fills the set from the result: a static client cursor, the lock type asked for
+//   (read-only when none was set; adLockBatchOptimistic gives batch mode). The fields take the
+//   types the ODBC provider gives the columns' SQL types (odbc_types.hpp), the column size as
+//   DefinedSize, nullable attributes, the base table and column the driver names (or, when it
+//   names none, the single table after FROM in a simple query) and adFldKeyColumn for the
+//   columns of that table's primary key. Dates read with whole seconds.
+// - Open with a connection and no query raises 3001, as does a query without a connection.
+// - UpdateBatch with a connection sends the pending rows in one transaction with prepared,
+//   parameterised statements: INSERT of the fields set, UPDATE of the changed fields located by
+//   the key columns and the changed fields' original values, DELETE located by the key columns
+//   (with no key column both are located by every original value; Null as IS NULL).
+//   An UPDATE or DELETE that changes no row raises 0x80040E38 (the row changed underneath); a
+//   set whose fields name no single base table raises 0x80004005 "Insufficient base table
+//   information for updating or refreshing."; a driver's refusal raises its message
+//   (connection.hpp). On any failure the transaction is rolled back and every row keeps its
+//   pending state and values. Inside a transaction of the caller's (BeginTrans) the statements
+//   join it, and committing or rolling back is the caller's.
 #pragma once
 
 #include <cstddef>
@@ -53,6 +73,12 @@
 
 namespace ravelin {
 
+namespace platform {
+class OdbcStatement;
+}  // namespace platform
+
+class Connection;
+
 class Recordset : public PublicClass<Recordset> {
  public:
   static constexpr StringView kClassName = u"Recordset";
@@ -64,8 +90,9 @@ class Recordset : public PublicClass<Recordset> {
 
   std::shared_ptr<ravelin::Fields> Fields() const { return fields_; }
 
-  // Opens the fabricated set from the appended fields. Every argument may be missing; a given
-  // CursorType or LockType (other than -1) applies before the client cursor is forced.
+  // Opens the fabricated set from the appended fields, or with a query and a connection the
+  // set of the query's rows (see above). Every argument may be missing; a given CursorType or
+  // LockType (other than -1) applies before the client cursor is forced.
   void Open(const Variant& Source = Variant::missing(),
             const Variant& ActiveConnection = Variant::missing(),
             int32_t CursorType = adOpenUnspecified, int32_t LockType = adLockUnspecified,
@@ -84,7 +111,7 @@ class Recordset : public PublicClass<Recordset> {
   void CancelUpdate() { store_->cancelUpdate(); }
   void Cancel() {}
   void Delete(int32_t AffectRecords = adAffectCurrent) { store_->deleteRecords(AffectRecords); }
-  void UpdateBatch(int32_t AffectRecords = adAffectAll) { store_->updateBatch(AffectRecords); }
+  void UpdateBatch(int32_t AffectRecords = adAffectAll);
   void CancelBatch(int32_t AffectRecords = adAffectAll) { store_->cancelBatch(AffectRecords); }
 
   void MoveFirst() { store_->moveFirst(); }
@@ -130,12 +157,26 @@ class Recordset : public PublicClass<Recordset> {
   // The rows, their states and original values, for readers and writers of the whole set.
   const RecordStore& store() const { return *store_; }
 
+  // The connection the set reads from and writes its batch to, or null.
+  std::shared_ptr<Connection> ActiveConnection() const { return connection_; }
+  // Takes an open Connection (3709 for a closed one), a connection string (a new connection is
+  // opened with it) or Nothing (disconnects). Allowed on a closed set and on an open set in
+  // batch mode (3705 otherwise), so a disconnected set can be reconnected to send its batch.
+  void setActiveConnection(const Variant& value);
+
+  // Fills the closed set from the result set of a statement just run on the connection.
+  void loadResult(platform::OdbcStatement& statement, std::shared_ptr<Connection> connection,
+                  int32_t cursorType, int32_t lockType, StringView query = u"");
+
  private:
   void assignList(const Variant& fieldList, const Variant& values);
   void openFromFile(StringView path, int32_t lockType);
+  void openFromQuery(StringView query, int32_t cursorType, int32_t lockType);
+  void sendBatch(int32_t affect);
 
   std::shared_ptr<RecordStore> store_;
   std::shared_ptr<ravelin::Fields> fields_;
+  std::shared_ptr<Connection> connection_;
 };
 
 }  // namespace ravelin

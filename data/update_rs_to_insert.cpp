@@ -42,7 +42,7 @@ class WorkFolder {
     for (int attempt = 0; attempt < 8 && folder_.empty(); ++attempt) {
       std::array<uint8_t, 12> random{};
       if (!platform::randomSource()->fill(random)) fail(u"no random name");
-      std::string name = "ravelin-";
+      std::string name = "ravelin-rs-insert-";
       for (const uint8_t byte : random) {
         name += "0123456789abcdef"[byte >> 4];
         name += "0123456789abcdef"[byte & 15];

@@ -179,7 +179,7 @@ std::size_t workFoldersLeft() {
   std::size_t count = 0;
   for (const auto& entry :
        std::filesystem::directory_iterator(std::filesystem::temp_directory_path()))
-    count += entry.path().filename().string().starts_with("ravelin-");
+    count += entry.path().filename().string().starts_with("ravelin-rs-insert-");
   return count;
 }
 
