@@ -258,14 +258,30 @@ auto guarded(Read read) {
   }
 }
 
+// The table's name, as a database reading the file would give it: the file name without its
+// folder and extension.
+StringView tableName(StringView path) {
+  const std::size_t folder = path.find_last_of(u"\\/");
+  if (folder != StringView::npos) path.remove_prefix(folder + 1);
+  const std::size_t extension = path.rfind(u'.');
+  return extension == StringView::npos ? path : path.substr(0, extension);
+}
+
 }  // namespace
 
 std::shared_ptr<Recordset> DBFFileReader::readDBF(const String& dBaseName) const {
   if (dBaseName.empty()) return nullptr;
-  return guarded([&] {
+  auto rs = guarded([&] {
     const std::unique_ptr<dbf::ByteSource> source = dbf::openFileSource(dBaseName);
     return readTable(*source);
   });
+  // The columns belong to the table of the file, so that the rows, marked as insertions, can be
+  // sent through a connection to a table of that name.
+  const auto& fields = *rs->Fields();
+  for (int32_t i = 0; i < fields.Count(); ++i)
+    rs->setFieldOrigin(static_cast<std::size_t>(i), tableName(dBaseName),
+                       fields.Item(Variant(i))->Name());
+  return rs;
 }
 
 std::shared_ptr<Recordset> DBFFileReader::readBytes(std::string_view bytes) {

@@ -14,6 +14,9 @@
 //   data/internal/dbf_table.hpp, these are: a missing or unreadable file; a field of an
 //   unsupported type reached by a record that is not deleted; a non-blank date whose first eight
 //   characters are not digits or that names no date; a failure of the record set itself.
+// - Each column's base table is the file's name without folder and extension and its base column
+//   the field's name, as a database reading the file reports them: rows marked as insertions go
+//   through a connection to a table of that name. readBytes leaves them empty.
 // - RecordCount raises the same number and description with source
 //   "clsDBFFileReader.RecordCount" for a missing file or one shorter than its header.
 #pragma once

@@ -36,6 +36,11 @@ void RecordStore::defineFields(std::vector<FieldDefinition> fields) {
   fields_ = std::move(fields);
 }
 
+void RecordStore::setFieldOrigin(std::size_t field, StringView table, StringView column) {
+  fields_.at(field).baseTable = String(table);
+  fields_.at(field).baseColumn = String(column);
+}
+
 std::optional<std::size_t> RecordStore::findField(StringView name) const {
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     if (equalsIgnoreCase(fields_[i].name, name)) return i;

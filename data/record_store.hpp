@@ -35,6 +35,9 @@ class RecordStore {
   std::optional<std::size_t> findField(StringView name) const;
   // Replaces every field with the given ones (a set filled from a query); 3705 when open.
   void defineFields(std::vector<FieldDefinition> fields);
+  // Records where a field's values come from: the table and column a batch update through a
+  // connection writes to.
+  void setFieldOrigin(std::size_t field, StringView table, StringView column);
 
   // ---- Opening ------------------------------------------------------------------------------
   bool isOpen() const { return open_; }

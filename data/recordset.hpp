@@ -153,6 +153,10 @@ class Recordset : public PublicClass<Recordset> {
   // A text given as bytes of ISO-8859-1 (each byte is the unit of the same number), which
   // compact storage keeps without widening; the fast path of single-byte readers.
   void setCellLatin1(std::size_t row, std::size_t field, std::string_view bytes);
+  // The table and column of a database that the field's values belong to (see RecordStore).
+  void setFieldOrigin(std::size_t field, StringView table, StringView column) {
+    store_->setFieldOrigin(field, table, column);
+  }
 
   // The rows, their states and original values, for readers and writers of the whole set.
   const RecordStore& store() const { return *store_; }
