@@ -1,6 +1,5 @@
-#include <ravelin/base/text.hpp>
-
 #include <cstdint>
+#include <ravelin/base/text.hpp>
 
 namespace ravelin {
 namespace {
@@ -35,8 +34,12 @@ void appendUtf16(String& out, char32_t cp) {
   }
 }
 
-bool isHighSurrogate(char16_t u) { return u >= 0xD800 && u <= 0xDBFF; }
-bool isLowSurrogate(char16_t u) { return u >= 0xDC00 && u <= 0xDFFF; }
+bool isHighSurrogate(char16_t u) {
+  return u >= 0xD800 && u <= 0xDBFF;
+}
+bool isLowSurrogate(char16_t u) {
+  return u >= 0xDC00 && u <= 0xDFFF;
+}
 
 }  // namespace
 
@@ -45,7 +48,9 @@ std::string toUtf8(StringView text) {
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
     char16_t u = text[i];
-    if (isHighSurrogate(u) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
+    if (u < 0x80) {
+      out.push_back(static_cast<char>(u));
+    } else if (isHighSurrogate(u) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
       char32_t cp = 0x10000 + ((static_cast<char32_t>(u) - 0xD800) << 10) +
                     (static_cast<char32_t>(text[i + 1]) - 0xDC00);
       appendUtf8(out, cp);
@@ -65,6 +70,11 @@ String fromUtf8(std::string_view text) {
   std::size_t i = 0;
   while (i < text.size()) {
     auto lead = static_cast<unsigned char>(text[i]);
+    if (lead < 0x80) {
+      out.push_back(lead);
+      ++i;
+      continue;
+    }
     int extra = 0;
     char32_t cp = 0;
     char32_t minimum = 0;
@@ -103,7 +113,8 @@ String fromUtf8(std::string_view text) {
 
 String fromAscii(std::string_view text) {
   String out(text.size(), u'\0');
-  for (std::size_t i = 0; i < text.size(); ++i) out[i] = static_cast<unsigned char>(text[i]);
+  for (std::size_t i = 0; i < text.size(); ++i)
+    out[i] = static_cast<unsigned char>(text[i]);
   return out;
 }
 
@@ -111,7 +122,7 @@ char16_t toUpper(char16_t u) {
   if (u >= u'a' && u <= u'z') return static_cast<char16_t>(u - 32);
   if (u < 0xE0) return u;
   if (u <= 0xFE && u != 0xF7) return static_cast<char16_t>(u - 32);  // Latin-1 à..þ
-  if (u == 0xFF) return 0x178;                                        // ÿ
+  if (u == 0xFF) return 0x178;                                       // ÿ
   if (u >= 0x100 && u <= 0x17F) {
     // Latin Extended-A pairs: even upper / odd lower, except the 0x139..0x148 and
     // 0x179..0x17E runs, which are odd upper / even lower; ı (0x131) and ĸ (0x138) stand alone.
@@ -141,13 +152,15 @@ char16_t toLower(char16_t u) {
 
 String toUpper(StringView text) {
   String out(text);
-  for (auto& u : out) u = toUpper(u);
+  for (auto& u : out)
+    u = toUpper(u);
   return out;
 }
 
 String toLower(StringView text) {
   String out(text);
-  for (auto& u : out) u = toLower(u);
+  for (auto& u : out)
+    u = toLower(u);
   return out;
 }
 

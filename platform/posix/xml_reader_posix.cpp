@@ -56,8 +56,9 @@ class LibXmlReader : public XmlReader {
       fail(u"the document is too large");
       return;
     }
-    reader_ = xmlReaderForMemory(document.data(), static_cast<int>(document.size()), nullptr,
-                                 nullptr, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+    reader_ =
+        xmlReaderForMemory(document.data(), static_cast<int>(document.size()), nullptr, nullptr,
+                           XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
     if (reader_ == nullptr) {
       fail(u"the XML parser could not be started");
       return;
@@ -77,7 +78,7 @@ class LibXmlReader : public XmlReader {
     if (pendingEnd_) {
       pendingEnd_ = false;
       event_.kind = XmlEvent::Kind::EndElement;
-      event_.attributes.clear();
+      clearAttributes();
       return event_;
     }
     for (;;) {
@@ -98,9 +99,9 @@ class LibXmlReader : public XmlReader {
           return event_;
         case XML_READER_TYPE_END_ELEMENT:
           event_.kind = XmlEvent::Kind::EndElement;
-          event_.namespaceUri = textOf(xmlTextReaderConstNamespaceUri(reader_));
-          event_.localName = textOf(xmlTextReaderConstLocalName(reader_));
-          event_.attributes.clear();
+          assign(event_.namespaceUri, xmlTextReaderConstNamespaceUri(reader_));
+          assign(event_.localName, xmlTextReaderConstLocalName(reader_));
+          clearAttributes();
           return event_;
         case XML_READER_TYPE_DOCUMENT_TYPE:
         case XML_READER_TYPE_ENTITY_REFERENCE:
@@ -122,18 +123,44 @@ class LibXmlReader : public XmlReader {
     reader->error_ = fromUtf8(text) + u" (line " + fromAscii(std::to_string(error->line)) + u")";
   }
 
+  // Reads a text into `target`, reusing its room: a document's elements repeat the same
+  // attributes, so after the first rows no text needs memory of its own.
+  static void assign(String& target, const xmlChar* text) {
+    target.clear();
+    if (text == nullptr) return;
+    const auto* bytes = reinterpret_cast<const char*>(text);
+    std::size_t length = 0;
+    while (bytes[length] != 0 && static_cast<unsigned char>(bytes[length]) < 0x80)
+      ++length;
+    if (bytes[length] != 0) {
+      target = textOf(text);
+      return;
+    }
+    target.assign(bytes, bytes + length);
+  }
+
+  // Empties the attribute list and keeps its texts aside for the next start element.
+  void clearAttributes() {
+    if (!event_.attributes.empty()) spare_.swap(event_.attributes);
+    event_.attributes.clear();
+  }
+
   void readStart() {
     event_.kind = XmlEvent::Kind::StartElement;
-    event_.namespaceUri = textOf(xmlTextReaderConstNamespaceUri(reader_));
-    event_.localName = textOf(xmlTextReaderConstLocalName(reader_));
-    event_.attributes.clear();
+    assign(event_.namespaceUri, xmlTextReaderConstNamespaceUri(reader_));
+    assign(event_.localName, xmlTextReaderConstLocalName(reader_));
+    if (event_.attributes.empty()) event_.attributes.swap(spare_);
+    std::size_t count = 0;
     pendingEnd_ = xmlTextReaderIsEmptyElement(reader_) == 1;
     while (xmlTextReaderMoveToNextAttribute(reader_) == 1) {
       if (xmlTextReaderIsNamespaceDecl(reader_) == 1) continue;
-      event_.attributes.push_back({textOf(xmlTextReaderConstNamespaceUri(reader_)),
-                                   textOf(xmlTextReaderConstLocalName(reader_)),
-                                   textOf(xmlTextReaderConstValue(reader_))});
+      if (count == event_.attributes.size()) event_.attributes.emplace_back();
+      XmlAttribute& attribute = event_.attributes[count++];
+      assign(attribute.namespaceUri, xmlTextReaderConstNamespaceUri(reader_));
+      assign(attribute.localName, xmlTextReaderConstLocalName(reader_));
+      assign(attribute.value, xmlTextReaderConstValue(reader_));
     }
+    event_.attributes.resize(count);
     xmlTextReaderMoveToElement(reader_);
   }
 
@@ -146,6 +173,7 @@ class LibXmlReader : public XmlReader {
 
   xmlTextReaderPtr reader_ = nullptr;
   XmlEvent event_;
+  std::vector<XmlAttribute> spare_;  // the attribute texts of the last start element, for reuse
   String error_;
   bool pendingEnd_ = false;
   bool finished_ = false;
