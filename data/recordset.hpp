@@ -63,6 +63,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <ravelin/data/ado_enums.hpp>
 #include <ravelin/data/fields.hpp>
@@ -163,6 +164,12 @@ class Recordset : public PublicClass<Recordset> {
 
   // The connection the set reads from and writes its batch to, or null.
   std::shared_ptr<Connection> ActiveConnection() const { return connection_; }
+
+  // Called while UpdateBatch sends rows through the connection: after every few thousand rows
+  // and after the last, with the rows sent and the rows to send. For programs that show the
+  // progress of a long import; not reachable from scripts.
+  using BatchProgress = std::function<void(std::size_t sent, std::size_t total)>;
+  void setBatchProgress(BatchProgress progress) { batchProgress_ = std::move(progress); }
   // Takes an open Connection (3709 for a closed one), a connection string (a new connection is
   // opened with it) or Nothing (disconnects). Allowed on a closed set and on an open set in
   // batch mode (3705 otherwise), so a disconnected set can be reconnected to send its batch.
@@ -181,6 +188,7 @@ class Recordset : public PublicClass<Recordset> {
   std::shared_ptr<RecordStore> store_;
   std::shared_ptr<ravelin::Fields> fields_;
   std::shared_ptr<Connection> connection_;
+  BatchProgress batchProgress_;
 };
 
 }  // namespace ravelin

@@ -341,8 +341,12 @@ void Recordset::sendBatch(int32_t affect) {
     }
     if (ownTransaction) odbc.setAutoCommit(false);
     try {
-      for (std::size_t row : rows)
-        writer.write(row);
+      constexpr std::size_t kProgressEvery = 4096;
+      for (std::size_t i = 0; i < rows.size(); ++i) {
+        writer.write(rows[i]);
+        if (batchProgress_ && ((i + 1) % kProgressEvery == 0 || i + 1 == rows.size()))
+          batchProgress_(i + 1, rows.size());
+      }
       if (ownTransaction) {
         odbc.commit();
         odbc.setAutoCommit(true);

@@ -1,6 +1,9 @@
-// ravelin-demo: a tour of the value arrays and clsError, printed as UTF-8. The output does not
-// depend on the machine: the program sets the en-US locale before it converts anything.
+// ravelin-demo: a tour of the value arrays and clsError, then the suite's real work: a dBASE
+// table imported into an SQLite database (demo_import.cpp). Printed as UTF-8; the output does
+// not depend on the machine (the program sets the en-US locale before it converts anything),
+// except for the progress a terminal is shown. `ravelin-demo N` imports N records (200000).
 #include <cstdint>
+#include <cstdlib>
 #include <iostream>
 #include <ravelin/containers/cls_array_boolean.hpp>
 #include <ravelin/containers/cls_array_double.hpp>
@@ -13,6 +16,8 @@
 #include <ravelin/frame/locale.hpp>
 #include <string>
 #include <string_view>
+
+#include "demo_import.hpp"
 
 namespace {
 
@@ -154,7 +159,7 @@ void errors() {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
   ravelin::setCurrentLocale(*ravelin::findKnownLocale(u"en-US"));
   std::cout << "Ravelin value arrays and errors\n";
   longs();
@@ -163,5 +168,12 @@ int main() {
   singles();
   strings();
   errors();
+  const std::size_t records = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 200000;
+  try {
+    ravelin::demo::importSales(records);
+  } catch (const ravelin::AutomationError& error) {
+    std::cerr << "The import failed: " << error.what() << '\n';
+    return 1;
+  }
   return 0;
 }

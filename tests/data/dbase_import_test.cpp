@@ -10,6 +10,7 @@
 #include <ravelin/tests/data/dbf_writer.hpp>
 #include <ravelin/tests/support/test_databases.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ravelin {
@@ -75,8 +76,12 @@ TEST_P(DbaseImportTest, RowsMarkedAsInsertionsArriveInOneBatch) {
   DataUtilities().UpdateRsToInsert(rs);
   EXPECT_EQ(rs->RecordCount(), 4);
   rs->setActiveConnection(Variant(ObjectRef(connection_)));
+  std::vector<std::pair<std::size_t, std::size_t>> progress;
+  rs->setBatchProgress(
+      [&](std::size_t sent, std::size_t total) { progress.emplace_back(sent, total); });
   rs->UpdateBatch();
   EXPECT_EQ(imported(), expected());
+  EXPECT_EQ(progress, (std::vector<std::pair<std::size_t, std::size_t>>{{4, 4}}));
   rs->MoveFirst();
   EXPECT_EQ(rs->Status(), adRecUnmodified);
 }
