@@ -1,8 +1,9 @@
 // The benchmarks' dBASE table of a million records: N(10,0), C(40), N(12,2), D(8), L(1), C(60);
 // 1 % deleted; about 132 MB. Written once per process into the temporary folder under a name of
-// the process's own, and removed at exit.
+// its own (from the clock), and removed at exit.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -11,14 +12,6 @@
 #include <ravelin/tests/data/dbf_writer.hpp>
 #include <string>
 #include <vector>
-
-#if defined(_WIN32)
-#include <process.h>
-#define RAVELIN_BENCH_PROCESS_ID _getpid()
-#else
-#include <unistd.h>
-#define RAVELIN_BENCH_PROCESS_ID getpid()
-#endif
 
 namespace ravelin::bench {
 
@@ -38,7 +31,9 @@ struct BenchFile {
 
   BenchFile() {
     path = std::filesystem::temp_directory_path() /
-           ("ravelin_bench_" + std::to_string(RAVELIN_BENCH_PROCESS_ID) + "_sales.dbf");
+           ("ravelin_bench_" +
+            std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) +
+            "_sales.dbf");
     const test_dbf::Table table = benchTable();
     std::ofstream out(path, std::ios::binary);
     out << test_dbf::headerBytes(table, kRecords);
