@@ -1,8 +1,9 @@
 // The databases the connection tests run against, through the real ODBC drivers: SQLite on a
 // file in a temporary folder (driver "SQLite3", always), and PostgreSQL when the environment
 // variable RAVELIN_TEST_POSTGRES holds an ODBC connection string (tools/dev test starts a server
-// and sets it). A case is skipped, with a message, when its driver is not installed (as under
-// Wine) or PostgreSQL is not configured.
+// and sets it). A case is skipped, with a message, when its driver is not installed or
+// PostgreSQL is not configured. Under Wine the drivers are the Linux ones, reached through Wine's
+// odbc32, so the SQLite file is named to them by its Linux path.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/convert.hpp>
 #include <ravelin/platform/odbc.hpp>
+#include <ravelin/tests/support/wine.hpp>
 #include <ravelin/text/text_helpers.hpp>
 #include <string>
 #include <vector>
@@ -53,7 +55,7 @@ class DatabaseTest : public ::testing::TestWithParam<DatabaseKind> {
                  std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + "-" +
                  std::to_string(counter++));
       std::filesystem::create_directories(folder_);
-      connectionString_ = u"Data Source=" + fromUtf8((folder_ / "test.db").string());
+      connectionString_ = u"Data Source=" + fromUtf8(hostPathOf(folder_ / "test.db"));
     } else {
       const char* given = std::getenv("RAVELIN_TEST_POSTGRES");
       if (!given || !*given)
@@ -65,6 +67,10 @@ class DatabaseTest : public ::testing::TestWithParam<DatabaseKind> {
     connection_ = makeObject<Connection>();
     connection_->Open(connectionString_);
     execute("DROP TABLE IF EXISTS " + table_);
+    // The driver writes the database in the test's folder (removed afterwards), not elsewhere.
+    if (!folder_.empty()) {
+      ASSERT_TRUE(std::filesystem::exists(folder_ / "test.db")) << toUtf8(connectionString_);
+    }
   }
 
   void TearDown() override {
