@@ -5,8 +5,6 @@
 // 0 where the system has no such file).
 #include <benchmark/benchmark.h>
 
-#include "support/million_records_dbf.hpp"
-
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
@@ -14,6 +12,8 @@
 #include <ravelin/data/dbf_file_reader.hpp>
 #include <string>
 #include <vector>
+
+#include "support/million_records_dbf.hpp"
 
 namespace {
 

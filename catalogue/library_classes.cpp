@@ -21,8 +21,8 @@
 #include <ravelin/containers/cls_larray_long_object.hpp>
 #include <ravelin/containers/cls_larray_object.hpp>
 #include <ravelin/data/ado_enums.hpp>
-#include <ravelin/data/data_utilities.hpp>
 #include <ravelin/data/connection.hpp>
+#include <ravelin/data/data_utilities.hpp>
 #include <ravelin/data/dbf_file_reader.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/data/sql_utilities.hpp>

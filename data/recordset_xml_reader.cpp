@@ -364,7 +364,8 @@ class Reader {
  private:
   const XmlEvent& next() {
     const XmlEvent& event = xml_->next();
-    if (event.kind == XmlEvent::Kind::Error) bad(u"The file is not well-formed XML: " + event.message);
+    if (event.kind == XmlEvent::Kind::Error)
+      bad(u"The file is not well-formed XML: " + event.message);
     if (event.kind == XmlEvent::Kind::EndOfDocument && depth_ > 0)
       bad(u"The file ends inside an element.");
     if (event.kind == XmlEvent::Kind::StartElement) ++depth_;
@@ -458,7 +459,8 @@ class Reader {
                        [&](std::size_t a, std::size_t b) { return numbers[a] < numbers[b]; });
       for (std::size_t i = 1; i < order.size(); ++i) {
         if (numbers[order[i]] == numbers[order[i - 1]])
-          bad(u"Two fields have rs:number " + number(static_cast<uint64_t>(numbers[order[i]])) + u".");
+          bad(u"Two fields have rs:number " + number(static_cast<uint64_t>(numbers[order[i]])) +
+              u".");
       }
     }
     for (std::size_t index : order)
@@ -477,7 +479,8 @@ class Reader {
     const String* dbType = find(attributes, kRowsetUri, u"dbtype");
     const bool fixed = isTrue(attributes, u"fixedlength");
     const bool isLong = isTrue(attributes, u"long");
-    const auto type = typeOf(dtType ? *dtType : String(), dbType ? *dbType : String(), fixed, isLong);
+    const auto type =
+        typeOf(dtType ? *dtType : String(), dbType ? *dbType : String(), fixed, isLong);
     if (!type) {
       bad(u"Field '" + name + u"' has the unknown type '" + (dtType ? *dtType : String()) +
           (dbType ? u"' (" + *dbType + u")" : String(u"'")) + u".");
@@ -501,8 +504,8 @@ class Reader {
     if (isLong) flags |= adFldLong;
     if (isTrue(attributes, u"rowid")) flags |= adFldRowID;
     if (isTrue(attributes, u"keycolumn")) flags |= adFldKeyColumn;
-    const bool sized = isTextType(*type) || *type == adBinary || *type == adVarBinary ||
-                       *type == adLongVarBinary;
+    const bool sized =
+        isTextType(*type) || *type == adBinary || *type == adVarBinary || *type == adLongVarBinary;
     FieldDefinition definition = ravelin::defineField(name, *type, sized ? size : 0, flags);
     if (const String* table = find(attributes, kRowsetUri, u"basetable"))
       definition.baseTable = *table;
@@ -555,7 +558,8 @@ class Reader {
           const XmlEvent& row = next();
           if (row.kind != XmlEvent::Kind::StartElement) break;
           if (is(row, kRowUri, u"row")) {
-            if (originals) bad(u"An rs:original holds more than one row (row " + number(rows_ + 1) + u").");
+            if (originals)
+              bad(u"An rs:original holds more than one row (row " + number(rows_ + 1) + u").");
             originals = values(row.attributes, nullptr);
           }
           skip();
@@ -572,7 +576,8 @@ class Reader {
         skip();
       }
     }
-    if (originals) bad(u"An rs:original has no changed row after it (row " + number(rows_ + 1) + u").");
+    if (originals)
+      bad(u"An rs:original has no changed row after it (row " + number(rows_ + 1) + u").");
   }
 
   // The values of a z:row: Null where its attribute is absent, or the `base` values overlaid

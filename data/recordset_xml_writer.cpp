@@ -31,37 +31,66 @@ struct TypeDescription {
 
 TypeDescription describeType(int32_t type) {
   switch (type) {
-    case adBoolean: return {"boolean", nullptr, 2, true, false};
-    case adDate: return {"dateTime", "variantdate", 16, true, false};
-    case adDBTimeStamp: return {"dateTime", "timestamp", 16, true, true};
-    case adFileTime: return {"dateTime", "filetime", 8, true, false};
-    case adDBDate: return {"date", nullptr, 6, true, false};
-    case adDBTime: return {"time", nullptr, 6, true, false};
-    case adDouble: return {"float", nullptr, 8, true, false};
-    case adSingle: return {"r4", nullptr, 4, true, false};
-    case adInteger: return {"int", nullptr, 4, true, false};
-    case adError: return {"int", "error", 4, true, false};
-    case adSmallInt: return {"i2", nullptr, 2, true, false};
-    case adTinyInt: return {"i1", nullptr, 1, true, false};
-    case adUnsignedTinyInt: return {"ui1", nullptr, 1, true, false};
-    case adUnsignedSmallInt: return {"ui2", nullptr, 2, true, false};
-    case adUnsignedInt: return {"ui4", nullptr, 4, true, false};
-    case adBigInt: return {"i8", nullptr, 8, true, false};
-    case adUnsignedBigInt: return {"ui8", nullptr, 8, true, false};
-    case adCurrency: return {"number", "currency", 8, true, false};
-    case adNumeric: return {"number", "numeric", 19, true, true};
-    case adDecimal: return {"number", "decimal", 16, true, true};
-    case adVarNumeric: return {"number", "varnumeric", 0, false, true};
-    case adGUID: return {"uuid", nullptr, 16, true, false};
-    case adBinary: return {"bin.hex", nullptr, 0, true, false};
+    case adBoolean:
+      return {"boolean", nullptr, 2, true, false};
+    case adDate:
+      return {"dateTime", "variantdate", 16, true, false};
+    case adDBTimeStamp:
+      return {"dateTime", "timestamp", 16, true, true};
+    case adFileTime:
+      return {"dateTime", "filetime", 8, true, false};
+    case adDBDate:
+      return {"date", nullptr, 6, true, false};
+    case adDBTime:
+      return {"time", nullptr, 6, true, false};
+    case adDouble:
+      return {"float", nullptr, 8, true, false};
+    case adSingle:
+      return {"r4", nullptr, 4, true, false};
+    case adInteger:
+      return {"int", nullptr, 4, true, false};
+    case adError:
+      return {"int", "error", 4, true, false};
+    case adSmallInt:
+      return {"i2", nullptr, 2, true, false};
+    case adTinyInt:
+      return {"i1", nullptr, 1, true, false};
+    case adUnsignedTinyInt:
+      return {"ui1", nullptr, 1, true, false};
+    case adUnsignedSmallInt:
+      return {"ui2", nullptr, 2, true, false};
+    case adUnsignedInt:
+      return {"ui4", nullptr, 4, true, false};
+    case adBigInt:
+      return {"i8", nullptr, 8, true, false};
+    case adUnsignedBigInt:
+      return {"ui8", nullptr, 8, true, false};
+    case adCurrency:
+      return {"number", "currency", 8, true, false};
+    case adNumeric:
+      return {"number", "numeric", 19, true, true};
+    case adDecimal:
+      return {"number", "decimal", 16, true, true};
+    case adVarNumeric:
+      return {"number", "varnumeric", 0, false, true};
+    case adGUID:
+      return {"uuid", nullptr, 16, true, false};
+    case adBinary:
+      return {"bin.hex", nullptr, 0, true, false};
     case adVarBinary:
-    case adLongVarBinary: return {"bin.hex", nullptr, 0, false, false};
-    case adChar: return {"string", "str", 0, true, false};
+    case adLongVarBinary:
+      return {"bin.hex", nullptr, 0, false, false};
+    case adChar:
+      return {"string", "str", 0, true, false};
     case adVarChar:
-    case adLongVarChar: return {"string", "str", 0, false, false};
-    case adBSTR: return {"string", "bstr", 0, false, false};
-    case adWChar: return {"string", nullptr, 0, true, false};
-    default: return {"string", nullptr, 0, false, false};  // adVarWChar, adLongVarWChar
+    case adLongVarChar:
+      return {"string", "str", 0, false, false};
+    case adBSTR:
+      return {"string", "bstr", 0, false, false};
+    case adWChar:
+      return {"string", nullptr, 0, true, false};
+    default:
+      return {"string", nullptr, 0, false, false};  // adVarWChar, adLongVarWChar
   }
 }
 
@@ -337,16 +366,27 @@ class Writer {
 
   void valueText(std::size_t field, std::size_t row, const Variant& value) {
     switch (store_.field(field).kind) {
-      case CellKind::Double: return number(value.asDouble());
-      case CellKind::Single: return number(value.asSingle());
-      case CellKind::Long: return number(value.asLong());
-      case CellKind::Integer: return number(value.asInteger());
-      case CellKind::Byte: return number(static_cast<unsigned>(value.asByte()));
-      case CellKind::Boolean: out_ += value.asBoolean() ? "True" : "False"; return;
-      case CellKind::Date: return date(value.asDate(), store_.field(field).type);
-      case CellKind::Currency: return currency(value.asCurrency());
-      case CellKind::Text: return text(value.asString(), field, row);
-      case CellKind::Variant: return binary(value);
+      case CellKind::Double:
+        return number(value.asDouble());
+      case CellKind::Single:
+        return number(value.asSingle());
+      case CellKind::Long:
+        return number(value.asLong());
+      case CellKind::Integer:
+        return number(value.asInteger());
+      case CellKind::Byte:
+        return number(static_cast<unsigned>(value.asByte()));
+      case CellKind::Boolean:
+        out_ += value.asBoolean() ? "True" : "False";
+        return;
+      case CellKind::Date:
+        return date(value.asDate(), store_.field(field).type);
+      case CellKind::Currency:
+        return currency(value.asCurrency());
+      case CellKind::Text:
+        return text(value.asString(), field, row);
+      case CellKind::Variant:
+        return binary(value);
     }
   }
 
@@ -355,17 +395,35 @@ class Writer {
     for (std::size_t i = 0; i < value.size(); ++i) {
       uint32_t unit = value[i];
       switch (unit) {
-        case u'&': out_ += "&amp;"; continue;
-        case u'<': out_ += "&lt;"; continue;
-        case u'>': out_ += "&gt;"; continue;
-        case u'\'': out_ += "&#x27;"; continue;
-        case u'"': out_ += "&quot;"; continue;
-        case u'\r': out_ += "&#xD;"; continue;
-        case u'\n': out_ += "&#xA;"; continue;
-        case u'\t': out_ += "&#x9;"; continue;
-        default: break;
+        case u'&':
+          out_ += "&amp;";
+          continue;
+        case u'<':
+          out_ += "&lt;";
+          continue;
+        case u'>':
+          out_ += "&gt;";
+          continue;
+        case u'\'':
+          out_ += "&#x27;";
+          continue;
+        case u'"':
+          out_ += "&quot;";
+          continue;
+        case u'\r':
+          out_ += "&#xD;";
+          continue;
+        case u'\n':
+          out_ += "&#xA;";
+          continue;
+        case u'\t':
+          out_ += "&#x9;";
+          continue;
+        default:
+          break;
       }
-      if (unit < 0x20 || unit == 0xFFFE || unit == 0xFFFF) refuseCharacter(store_, field, row, unit);
+      if (unit < 0x20 || unit == 0xFFFE || unit == 0xFFFF)
+        refuseCharacter(store_, field, row, unit);
       if (unit < 0x80) {
         out_ += static_cast<char>(unit);
       } else if (unit < 0x800) {

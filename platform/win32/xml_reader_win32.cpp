@@ -17,7 +17,8 @@ namespace {
 using CreateXmlReaderFunction = HRESULT(WINAPI*)(REFIID, void**, IMalloc*);
 
 // IID_IXmlReader, defined here since mingw-w64 ships no library that holds it.
-const GUID kXmlReaderId = {0x7279fc81, 0x709d, 0x4095, {0xb6, 0x3d, 0x69, 0xfe, 0x4b, 0x0d, 0x90, 0x30}};
+const GUID kXmlReaderId = {
+    0x7279fc81, 0x709d, 0x4095, {0xb6, 0x3d, 0x69, 0xfe, 0x4b, 0x0d, 0x90, 0x30}};
 
 CreateXmlReaderFunction createXmlReader() {
   static const CreateXmlReaderFunction function = []() -> CreateXmlReaderFunction {

@@ -4,9 +4,9 @@
 
 #include <cstdio>
 #include <functional>
-#include <utility>
 #include <ravelin/platform/fake/terminal_fake.hpp>
 #include <ravelin/platform/terminal.hpp>
+#include <utility>
 
 #if defined(_WIN32)
 #include <windows.h>
