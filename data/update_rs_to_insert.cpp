@@ -11,9 +11,11 @@
 #include <iterator>
 #include <ravelin/data/ado_errors.hpp>
 #include <ravelin/data/data_utilities.hpp>
+#include <ravelin/data/internal/rs_insert_work_folder.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/platform/random.hpp>
 #include <ravelin/platform/xml_reader.hpp>
+#include <span>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -33,6 +35,15 @@ constexpr StringView kRowUri = u"#RowsetSchema";
 
 // ---- The work folder -------------------------------------------------------------------------
 
+std::string hexText(std::span<const uint8_t> bytes) {
+  std::string text;
+  for (const uint8_t byte : bytes) {
+    text += "0123456789abcdef"[byte >> 4];
+    text += "0123456789abcdef"[byte & 15];
+  }
+  return text;
+}
+
 class WorkFolder {
  public:
   WorkFolder() {
@@ -42,11 +53,7 @@ class WorkFolder {
     for (int attempt = 0; attempt < 8 && folder_.empty(); ++attempt) {
       std::array<uint8_t, 12> random{};
       if (!platform::randomSource()->fill(random)) fail(u"no random name");
-      std::string name = "ravelin-rs-insert-";
-      for (const uint8_t byte : random) {
-        name += "0123456789abcdef"[byte >> 4];
-        name += "0123456789abcdef"[byte & 15];
-      }
+      const std::string name = data_utilities::workFolderPrefix() + hexText(random);
       // create_directory fails on anything already there, a link included, so the folder is
       // always a new one of this call.
       const fs::path candidate = temporary / name;
@@ -322,6 +329,15 @@ Recordset& require(const std::shared_ptr<Recordset>& rs) {
 }
 
 }  // namespace
+
+const std::string& data_utilities::workFolderPrefix() {
+  static const std::string prefix = [] {
+    std::array<uint8_t, 4> tag{};
+    platform::randomSource()->fill(tag);  // zeros if the system gives none: still a valid name
+    return "ravelin-rs-insert-" + hexText(tag) + "-";
+  }();
+  return prefix;
+}
 
 void DataUtilities::UpdateRsToInsert(const std::shared_ptr<Recordset>& rs) const {
   Recordset& set = require(rs);

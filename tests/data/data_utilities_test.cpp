@@ -4,6 +4,7 @@
 #include <memory>
 #include <ravelin/data/ado_errors.hpp>
 #include <ravelin/data/data_utilities.hpp>
+#include <ravelin/data/internal/rs_insert_work_folder.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
@@ -174,12 +175,14 @@ TEST(DataUtilities, MergeRaisesAFailureWithItsOwnSourceAndKeepsTheRowsCopiedBefo
   EXPECT_THROW(utilities.MergeRecordset(target, nothing, true), AutomationError);
 }
 
-// The work folders UpdateRsToInsert left in the temporary folder.
+// The work folders UpdateRsToInsert left in the temporary folder (this process's only: other
+// test programs import at the same time).
 std::size_t workFoldersLeft() {
+  const std::string& prefix = data_utilities::workFolderPrefix();
   std::size_t count = 0;
   for (const auto& entry :
        std::filesystem::directory_iterator(std::filesystem::temp_directory_path()))
-    count += entry.path().filename().string().starts_with("ravelin-rs-insert-");
+    count += entry.path().filename().string().starts_with(prefix);
   return count;
 }
 
