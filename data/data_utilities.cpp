@@ -1,6 +1,7 @@
 // DataUtilities: the field test, the close, the merge and the member table. UpdateRsToInsert
 // lives in update_rs_to_insert.cpp.
 #include <ravelin/base/text.hpp>
+#include <ravelin/data/ado_errors.hpp>
 #include <ravelin/data/data_utilities.hpp>
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/error.hpp>
@@ -31,22 +32,23 @@ std::shared_ptr<Recordset> makeMergeTarget(Recordset& source) {
   return target;
 }
 
-void copyRows(Recordset& target, Recordset& source) {
+// Each target field with the source field of its name. Fields::Item raises 3265 for a name the
+// source lacks.
+using FieldPairs = std::vector<std::pair<std::shared_ptr<Field>, std::shared_ptr<Field>>>;
+FieldPairs pairFields(Recordset& target, Recordset& source) {
+  FieldPairs pairs;
+  const auto& targetFields = *target.Fields();
+  for (int32_t i = 0; i < targetFields.Count(); ++i) {
+    auto to = targetFields.Item(Variant(i));
+    pairs.emplace_back(to, source.Fields()->Item(Variant(to->Name())));
+  }
+  return pairs;
+}
+
+void copyRows(Recordset& target, Recordset& source, const FieldPairs& pairs) {
   if (!(source.BOF() && source.EndOfFile())) source.MoveFirst();
-  // Each target field's source field, looked up by name when the first row is copied (an empty
-  // source looks up nothing, so it never fails on a name).
-  std::vector<std::pair<std::shared_ptr<Field>, std::shared_ptr<Field>>> pairs;
-  bool paired = false;
   while (!source.EndOfFile()) {
     target.AddNew();
-    if (!paired) {
-      const auto& targetFields = *target.Fields();
-      for (int32_t i = 0; i < targetFields.Count(); ++i) {
-        auto to = targetFields.Item(Variant(i));
-        pairs.emplace_back(to, source.Fields()->Item(Variant(to->Name())));
-      }
-      paired = true;
-    }
     for (const auto& [to, from] : pairs)
       to->setValue(from->Value());
     source.MoveNext();
@@ -70,10 +72,20 @@ void DataUtilities::MergeRecordset(std::shared_ptr<Recordset>& NewRs,
                                    const std::shared_ptr<Recordset>& SourceRs, bool Update) const {
   try {
     Recordset& source = require(SourceRs);
-    if (!NewRs) NewRs = makeMergeTarget(source);
-    if (NewRs->State() == adStateClosed) NewRs->Open();
-    copyRows(*NewRs, source);
-    if (Update) NewRs->UpdateBatch(adAffectAll);
+    // What can be known to fail is checked before the target changes: a closed source, a target
+    // field the source lacks (looked up only when there is a row to copy), a read-only target.
+    if (source.State() != adStateOpen) raiseAdoError(ado_error::kObjectClosed, kRecordsetSource);
+    const bool rowsToCopy = !(source.BOF() && source.EndOfFile());
+    const std::shared_ptr<Recordset> target = NewRs ? NewRs : makeMergeTarget(source);
+    const FieldPairs pairs = rowsToCopy ? pairFields(*target, source) : FieldPairs{};
+    // A closed target that was never given a lock type opens updatable.
+    const bool readOnly = target->LockType() == adLockReadOnly &&
+                          (target->State() == adStateOpen || target->store().lockTypeGiven());
+    if (rowsToCopy && readOnly) raiseAdoError(ado_error::kUpdateNotSupported, kRecordsetSource);
+    if (target->State() == adStateClosed) target->Open();
+    copyRows(*target, source, pairs);
+    if (Update) target->UpdateBatch(adAffectAll);
+    NewRs = target;
   } catch (const AutomationError& caught) {
     raiseError(caught.number(), String(kMergeSource), caught.description());
   }

@@ -4,11 +4,12 @@
 // as new rows.
 //
 // Behaviour where the operations leave a choice:
-// - MergeRecordset stops at the first failure (a target field the source lacks, a value the
-//   target field refuses, a closed source) and raises it again with the same number and
-//   description and the source "DataUtilities.MergeRecordset"; the rows copied before it stay in
-//   the target, pending unless the batch update already ran. A merge that stopped quietly would
-//   lose rows without a word.
+// - MergeRecordset raises a failure again with the same number and description and the source
+//   "DataUtilities.MergeRecordset"; a merge that stopped quietly would lose rows without a word.
+//   What can be known beforehand fails before the target changes: a closed source (3704), a
+//   target field the source lacks (3265, looked up only when the source has rows), a read-only
+//   target (3251). A value the target refuses, or a batch update through a connection that
+//   fails, stops the copy there: the rows copied before it stay in the target, pending.
 // - UpdateRsToInsert writes its work file under a fresh private folder of the temporary folder
 //   (made with owner-only access, so no other user can place a file or a link there) with a name
 //   of its own for each call, and removes file and folder when it ends, also after a failure.

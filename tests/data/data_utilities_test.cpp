@@ -168,11 +168,27 @@ TEST(DataUtilities, MergeRaisesAFailureWithItsOwnSourceAndKeepsTheRowsCopiedBefo
     if (row.number == ado_error::kMultipleStepErrors) {
       target->MoveFirst();
       EXPECT_EQ(target->Fields()->Item(Variant(0))->Value(), Variant(u"one"));
+    } else {
+      EXPECT_EQ(target->State(), adStateClosed) << row.what << ": known before the target changed";
     }
   }
   std::shared_ptr<Recordset> target;
   std::shared_ptr<Recordset> nothing;
   EXPECT_THROW(utilities.MergeRecordset(target, nothing, true), AutomationError);
+
+  // A closed source, or rows for a read-only target, fail before the target is touched.
+  auto closedSource = makeObject<Recordset>();
+  auto closedTarget = makeObject<Recordset>();
+  auto given = closedTarget;
+  EXPECT_THROW(utilities.MergeRecordset(given, closedSource, false), AutomationError);
+  EXPECT_EQ(closedTarget->State(), adStateClosed);
+  auto readOnly = makeObject<Recordset>();
+  readOnly->Fields()->Append(u"Id", adInteger);
+  readOnly->setLockType(adLockReadOnly);
+  given = readOnly;
+  EXPECT_THROW(utilities.MergeRecordset(given, makeSet({{u"Id", adInteger, 0}}, {{Variant(1)}})),
+               AutomationError);
+  EXPECT_EQ(readOnly->State(), adStateClosed);
 }
 
 // The work folders UpdateRsToInsert left in the temporary folder (this process's only: other
