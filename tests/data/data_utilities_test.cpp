@@ -254,13 +254,15 @@ TEST(DataUtilities, UpdateRsToInsertMakesEveryShownRowAPendingInsertion) {
                                    {Variant(int32_t{4}), Variant::null(), Variant::null()}}));
   EXPECT_EQ(statuses(*pending), (std::vector<int32_t>{adRecNew, adRecNew, adRecNew}));
 
-  // A closed set is opened first.
-  auto closed = makeObject<Recordset>();
-  closed->Fields()->Append(u"Id", adInteger);
-  utilities.UpdateRsToInsert(closed);
-  EXPECT_EQ(closed->State(), adStateOpen);
-  EXPECT_TRUE(closed->BOF() && closed->EndOfFile());
-  EXPECT_EQ(closed->Fields()->Count(), 1);
+  // A closed set is opened first, one without fields too.
+  for (const bool withField : {true, false}) {
+    auto closed = makeObject<Recordset>();
+    if (withField) closed->Fields()->Append(u"Id", adInteger);
+    utilities.UpdateRsToInsert(closed);
+    EXPECT_EQ(closed->State(), adStateOpen);
+    EXPECT_TRUE(closed->BOF() && closed->EndOfFile());
+    EXPECT_EQ(closed->Fields()->Count(), withField ? 1 : 0);
+  }
 
   EXPECT_EQ(workFoldersLeft(), foldersBefore);
 }
