@@ -266,7 +266,7 @@ class NativeStatement final : public OdbcStatement {
     // The slots never move once bound: the vector is sized once per preparation.
     slots_ = std::vector<Slot>(parameters.size());
     for (std::size_t i = 0; i < parameters.size(); ++i) {
-      slots_[i].spec = parameters[i];
+      slots_[i].parameter = parameters[i];
       if (parameters[i].kind == OdbcValueKind::Text) slots_[i].text.resize(64);
       if (parameters[i].kind == OdbcValueKind::Binary) slots_[i].bytes.resize(64);
       bind(i);
@@ -297,7 +297,7 @@ class NativeStatement final : public OdbcStatement {
   }
   void setTimestamp(std::size_t parameter, const OdbcTimestamp& value) override {
     Slot& slot = slots_[parameter];
-    if (slot.spec.kind == OdbcValueKind::Date) {
+    if (slot.parameter.kind == OdbcValueKind::Date) {
       slot.fixed.date = {value.year, value.month, value.day};
     } else {
       slot.fixed.stamp = {value.year,   value.month,  value.day,     value.hour,
@@ -326,7 +326,7 @@ class NativeStatement final : public OdbcStatement {
 
  private:
   struct Slot {
-    OdbcParameter spec;
+    OdbcParameter parameter;
     SQLLEN indicator = SQL_NULL_DATA;
     union {
       SQLBIGINT integer;
@@ -366,9 +366,9 @@ class NativeStatement final : public OdbcStatement {
     SQLSMALLINT cType = SQL_C_WCHAR;
     SQLPOINTER buffer = nullptr;
     SQLLEN bufferLength = 0;
-    SQLULEN columnSize = slot.spec.size;
-    SQLSMALLINT digits = slot.spec.decimalDigits;
-    switch (slot.spec.kind) {
+    SQLULEN columnSize = slot.parameter.size;
+    SQLSMALLINT digits = slot.parameter.decimalDigits;
+    switch (slot.parameter.kind) {
       case OdbcValueKind::Integer:
         cType = SQL_C_SBIGINT;
         buffer = &slot.fixed.integer;
@@ -408,7 +408,7 @@ class NativeStatement final : public OdbcStatement {
         break;
     }
     run(SQLBindParameter(stmt(), static_cast<SQLUSMALLINT>(index + 1), SQL_PARAM_INPUT, cType,
-                         slot.spec.sqlType, columnSize, digits, buffer, bufferLength,
+                         slot.parameter.sqlType, columnSize, digits, buffer, bufferLength,
                          &slot.indicator));
   }
 
