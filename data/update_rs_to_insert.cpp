@@ -78,15 +78,10 @@ class WorkFolder {
   fs::path folder_;
 };
 
-String pathText(const fs::path& path) {
-  const std::u16string units = path.u16string();
-  return String(units.begin(), units.end());
-}
-
 std::string readFile(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
   std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  if (!in && !in.eof()) raiseAdoError(ado_error::kReadFile, kRecordsetSource, pathText(path));
+  if (!in && !in.eof()) raiseAdoError(ado_error::kReadFile, kRecordsetSource, path.u16string());
   return bytes;
 }
 
@@ -96,7 +91,7 @@ void writeFile(const fs::path& path, std::string_view text) {
   std::ofstream out(path, std::ios::binary | std::ios::trunc);
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
   out.close();
-  if (!out) raiseAdoError(ado_error::kWriteFile, kRecordsetSource, pathText(path));
+  if (!out) raiseAdoError(ado_error::kWriteFile, kRecordsetSource, path.u16string());
 }
 
 // ---- The document rewritten -----------------------------------------------------------------
@@ -345,11 +340,11 @@ void DataUtilities::UpdateRsToInsert(const std::shared_ptr<Recordset>& rs) const
   const fs::path saved = work.file(u"Temp.xml");
   const fs::path insertions = work.file(u"Insert.xml");
   if (set.State() == adStateClosed) set.Open();
-  set.Save(Variant(pathText(saved)), adPersistXML);
+  set.Save(Variant(saved.u16string()), adPersistXML);
   writeFile(insertions, rowsAsInsertions(readFile(saved)));
   set.Close();
   const auto openFrom = [&](const fs::path& file) {
-    set.Open(Variant(pathText(file)), Variant::missing(), adOpenUnspecified, adLockUnspecified,
+    set.Open(Variant(file.u16string()), Variant::missing(), adOpenUnspecified, adLockUnspecified,
              adCmdFile);
   };
   try {

@@ -47,11 +47,6 @@ void writeSalesTable(const fs::path& path, std::size_t records) {
   out << '\x1A';
 }
 
-String pathText(const fs::path& path) {
-  const std::u16string units = path.u16string();
-  return String(units.begin(), units.end());
-}
-
 // The progress line of the batch, rewritten in place.
 class Progress {
  public:
@@ -92,7 +87,7 @@ void importSales(std::size_t records) {
   writeSalesTable(table, records);
   std::cout << "  sales.dbf: " << records << " records, " << records / 100 << " of them deleted\n";
 
-  auto rs = DBFFileReader().readDBF(pathText(table));
+  auto rs = DBFFileReader().readDBF(table.u16string());
   std::cout << "  readDBF: " << rs->RecordCount() << " rows of " << rs->Fields()->Count()
             << " columns\n";
 
@@ -102,7 +97,7 @@ void importSales(std::size_t records) {
   rs->setFilter(Variant(int32_t{adFilterNone}));
 
   auto connection = makeObject<Connection>();
-  connection->Open(u"Data Source=" + pathText(folder / "sales.db"));
+  connection->Open(u"Data Source=" + (folder / "sales.db").u16string());
   connection->Execute(
       u"CREATE TABLE sales (ID DOUBLE PRECISION, NAME VARCHAR(40), PRICE DOUBLE PRECISION, "
       u"SOLD TIMESTAMP, PAID BOOLEAN, NOTE VARCHAR(60))");

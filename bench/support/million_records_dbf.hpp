@@ -59,10 +59,7 @@ struct BenchFile {
   }
   ~BenchFile() { std::filesystem::remove(path); }
 
-  String name() const {
-    const std::u16string p = path.u16string();
-    return String(p.begin(), p.end());
-  }
+  String name() const { return path.u16string(); }
 };
 
 inline const BenchFile& benchFile() {
