@@ -9,12 +9,15 @@
 // - program files: /opt; common program files: the library folder of the installation
 //   (${prefix}/lib); application data of all users: /var/lib;
 // - system folder: the folder that holds the C library (/usr/lib/x86_64-linux-gnu on Debian);
-// - temporary folder: $TMPDIR, else /tmp, with a trailing "/" as the Windows call gives it one.
+// - temporary folder: $TMPDIR, else /tmp, with a trailing "/" as the Windows call gives it one;
+// - a path of 260 bytes or more does not fit the Windows buffers, and is treated as the Windows
+//   calls treat it (no folder; the size needed).
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <ravelin/base/text.hpp>
 #include <ravelin/platform/slot.hpp>
 #include <string>
 
@@ -29,21 +32,31 @@ enum class SpecialFolder : int32_t {
   commonDocuments = 46,     // documents of all users
 };
 
+// What a call that fills a caller's buffer gives back.
+struct FolderCall {
+  uint32_t count = 0;
+  String text;
+};
+
 class FolderSystem {
  public:
   virtual ~FolderSystem() = default;
 
-  // The folder in the ANSI code page's bytes (UTF-8 on Linux), as SHGetFolderPathA gives it into
-  // a buffer of 260 characters; nullopt when the system has none or the call fails.
-  virtual std::optional<std::string> specialFolder(SpecialFolder folder) const = 0;
-  // GetSystemDirectoryA with a buffer of `bufferSize` characters: the text and the count the call
-  // reports (the size needed, when larger than the buffer; 0 on failure).
-  virtual std::pair<std::string, uint32_t> systemDirectory(uint32_t bufferSize) const = 0;
-  // GetTempPathA with a buffer of `bufferSize` characters: the text and the count reported.
-  virtual std::pair<std::string, uint32_t> tempPath(uint32_t bufferSize) const = 0;
+  // Texts are the system's: on Windows what the ANSI calls give (a letter the code page lacks
+  // already "?"), on Linux the UTF-8 names.
+
+  // The folder as SHGetFolderPathA gives it into a buffer of 260 characters; nullopt when the
+  // system has none, the call fails or the path does not fit.
+  virtual std::optional<String> specialFolder(SpecialFolder folder) const = 0;
+  // GetSystemDirectoryA into a buffer of `bufferSize` characters: the count the call returns (the
+  // length copied, or the size needed when the buffer is too small; 0 on failure) and the text
+  // copied (empty unless it fitted).
+  virtual FolderCall systemDirectory(uint32_t bufferSize) const = 0;
+  // GetTempPathA, with the same protocol.
+  virtual FolderCall tempPath(uint32_t bufferSize) const = 0;
   // The folder of the file the library was loaded from (the program's, when it is linked into
   // it), without a trailing separator.
-  virtual std::string libraryFolder() const = 0;
+  virtual String libraryFolder() const = 0;
 
   static std::unique_ptr<FolderSystem> makeNative();
 };

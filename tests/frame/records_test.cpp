@@ -24,6 +24,32 @@ TEST(Records, CrossLateBoundCallsAsRecordVariants) {
             u"k");
 }
 
+// The version record keeps the fixed block's order and 16-bit halves; the file list its names.
+TEST(Records, FileRecordsKeepTheirFieldOrderAndTypes) {
+  FileInfo info;
+  info.Signature = static_cast<int32_t>(0xFEEF04BDu);
+  info.FileVersionMSh = 10;
+  info.FileVersionLSl = -15536;  // 50000 as the low half of a word
+  info.FileDateLS = 9;
+  const Variant record = AutomationType<FileInfo>::to(info);
+  const auto& fields = record.asRecord().fields;
+  ASSERT_EQ(fields.size(), 18u);
+  EXPECT_EQ(fields[0].first, u"Signature");
+  EXPECT_EQ(fields[2].first, u"StrucVersionh");
+  EXPECT_EQ(fields[17].first, u"FileDateLS");
+  EXPECT_EQ(fields[4].second, Variant(int16_t{10}));
+  const FileInfo back = FileInfoFrom(record);
+  EXPECT_EQ(back.Signature, info.Signature);
+  EXPECT_EQ(back.FileVersionLSl, -15536);
+  EXPECT_EQ(back.FileDateLS, 9);
+
+  const Variant files = AutomationType<FileArray>::to(FileArray{2, {u"a.txt", u"b.txt"}});
+  const Variant& names = *files.asRecord().field(u"Filename");
+  EXPECT_EQ(names.varTypeCode(), 8200);  // an array of String
+  EXPECT_EQ(FileArrayFrom(files).Filename, (std::vector<String>{u"a.txt", u"b.txt"}));
+  EXPECT_EQ(FileVersionFrom(AutomationType<FileVersion>::to(FileVersion{1, 4, 6})).Revision, 6);
+}
+
 TEST(Records, FieldsConvertAndStrangersAreTypeMismatches) {
   Record edited = toRecord(udtStringLong{u"x", 0});
   *edited.field(u"lValue") = Variant(u"12");  // a script may store text in the Long field
@@ -80,6 +106,12 @@ TEST(Records, AssignedFieldsTakeTheirDeclaredType) {
       {toRecord(udtVariObject{}), u"oValue", Variant(3), Variant(), 13},
       {toRecord(udtKeyValuePair{}), u"sKey", Variant(true), Variant(u"True"), 0},
       {foreign, u"x", Variant(u"any"), Variant(u"any"), 0},
+      {toRecord(FileVersion{}), u"Major", Variant(u"7"), Variant(int16_t{7}), 0},
+      {toRecord(FileVersion{}), u"Minor", Variant(40000), Variant(), 6},
+      {toRecord(FileInfo{}), u"FileVersionMSh", Variant(2.5), Variant(int16_t{2}), 0},
+      {toRecord(FileInfo{}), u"FileOS", Variant(int16_t{4}), Variant(4), 0},
+      {toRecord(FileArray{}), u"FileCount", Variant(u"3"), Variant(3), 0},
+      {toRecord(FileArray{}), u"Filename", Variant(u"a.txt"), Variant(), 13},
   };
   ScopedLocale locale(u"en-US");
   for (auto row : rows) {
