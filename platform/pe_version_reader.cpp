@@ -12,9 +12,9 @@ namespace ravelin::platform {
 namespace {
 
 // Where the parts of the image lie. Offsets are those of the PE format's description.
-constexpr uint64_t kPeOffsetField = 0x3C;    // e_lfanew in the DOS header
-constexpr uint64_t kNtHeaderSize = 24;       // "PE\0\0" and IMAGE_FILE_HEADER
-constexpr uint16_t kPe32 = 0x10B;            // optional header magic numbers
+constexpr uint64_t kPeOffsetField = 0x3C;  // e_lfanew in the DOS header
+constexpr uint64_t kNtHeaderSize = 24;     // "PE\0\0" and IMAGE_FILE_HEADER
+constexpr uint16_t kPe32 = 0x10B;          // optional header magic numbers
 constexpr uint16_t kPe32Plus = 0x20B;
 constexpr uint32_t kResourceDirectory = 2;   // index in the data directory
 constexpr uint64_t kSectionHeaderSize = 40;  // IMAGE_SECTION_HEADER
@@ -22,7 +22,7 @@ constexpr uint32_t kVersionType = 16;        // RT_VERSION
 constexpr uint32_t kVersionId = 1;           // VS_VERSION_INFO
 constexpr uint32_t kNeutralLanguage = 0;
 constexpr uint32_t kUsEnglish = 0x0409;
-constexpr uint32_t kHighBit = 0x80000000;    // a subdirectory (or a name) rather than data
+constexpr uint32_t kHighBit = 0x80000000;  // a subdirectory (or a name) rather than data
 constexpr uint64_t kDirectoryHeaderSize = 16;
 constexpr uint64_t kDirectoryEntrySize = 8;
 constexpr uint64_t kDataEntrySize = 16;
@@ -194,8 +194,7 @@ class Walk {
   std::optional<Extent> locate(uint32_t rva) const {
     for (const Section& section : sections_) {
       const uint64_t delta = uint64_t{rva} - section.virtualAddress;
-      if (rva < section.virtualAddress ||
-          delta >= std::max(section.virtualSize, section.rawSize)) {
+      if (rva < section.virtualAddress || delta >= std::max(section.virtualSize, section.rawSize)) {
         continue;
       }
       if (delta >= section.rawSize) return std::nullopt;

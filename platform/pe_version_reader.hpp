@@ -42,7 +42,9 @@ VersionResource readPeVersionResource(const std::filesystem::path& file);
 // one too large for the size to fit in 32 bits.
 constexpr uint32_t versionBufferSize(uint32_t resourceSize) {
   const uint64_t size = uint64_t{resourceSize} * 2 + 4;
-  return resourceSize == 0 || size > std::numeric_limits<uint32_t>::max() ? 0 : static_cast<uint32_t>(size);
+  return resourceSize == 0 || size > std::numeric_limits<uint32_t>::max()
+             ? 0
+             : static_cast<uint32_t>(size);
 }
 
 }  // namespace ravelin::platform

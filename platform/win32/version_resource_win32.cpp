@@ -24,8 +24,8 @@ std::optional<std::string> ansiPath(const std::wstring& path) {
   BOOL usedDefault = FALSE;
   BOOL* const usedDefaultReport = utf8 ? nullptr : &usedDefault;
   const int length = static_cast<int>(path.size());
-  const int needed = WideCharToMultiByte(codePage, flags, path.data(), length, nullptr, 0,
-                                         nullptr, usedDefaultReport);
+  const int needed = WideCharToMultiByte(codePage, flags, path.data(), length, nullptr, 0, nullptr,
+                                         usedDefaultReport);
   if (needed <= 0 || usedDefault) return std::nullopt;
   std::string result(static_cast<std::size_t>(needed), '\0');
   if (WideCharToMultiByte(codePage, flags, path.data(), length, result.data(), needed, nullptr,

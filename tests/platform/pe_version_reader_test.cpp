@@ -124,8 +124,7 @@ TEST(PeVersionReader, FindsTheBlockWhereverTheTreeLeads) {
       {"PE32+, neutral language", [] { return plain().bytes; }, found(192, kNeutral)},
       {"PE32, US English",
        [] {
-         return image({versionResource({resourceData(0x409u, versionBlock(kEnglish, 40))})},
-                      false)
+         return image({versionResource({resourceData(0x409u, versionBlock(kEnglish, 40))})}, false)
              .bytes;
        },
        found(132, kEnglish)},
@@ -141,8 +140,8 @@ TEST(PeVersionReader, FindsTheBlockWhereverTheTreeLeads) {
        [] {
          return image({resourceDirectory(3u, {resourceDirectory(1u, {resourceData(0u, {1, 2})})}),
                        versionResource({resourceData(0u, versionBlock(kNeutral, 8))}),
-                       resourceDirectory(24u, {resourceDirectory(
-                                                  1u, {resourceData(0u, {'<', 'x', '/', '>'})})})})
+                       resourceDirectory(
+                           24u, {resourceDirectory(1u, {resourceData(0u, {'<', 'x', '/', '>'})})})})
              .bytes;
        },
        found(100, kNeutral)},
@@ -151,14 +150,13 @@ TEST(PeVersionReader, FindsTheBlockWhereverTheTreeLeads) {
       {"named entries before the IDs at every level",
        [] {
          const std::vector<uint8_t> decoy = versionBlock(kFrench);
-         return image({resourceDirectory(
-                           u"VERSION",
-                           {resourceDirectory(1u, {resourceData(0u, decoy)})}),
+         return image({resourceDirectory(u"VERSION",
+                                         {resourceDirectory(1u, {resourceData(0u, decoy)})}),
                        resourceDirectory(
                            16u, {resourceDirectory(u"ONE", {resourceData(0u, decoy)}),
-                                 resourceDirectory(1u, {resourceData(u"X", decoy),
-                                                        resourceData(0x409u,
-                                                                     versionBlock(kEnglish))})})})
+                                 resourceDirectory(
+                                     1u, {resourceData(u"X", decoy),
+                                          resourceData(0x409u, versionBlock(kEnglish))})})})
              .bytes;
        },
        found(92, kEnglish)},
@@ -185,15 +183,25 @@ TEST(PeVersionReader, ChoosesNeutralThenUsEnglishThenTheFirstLanguage) {
   };
   const std::vector<Row> rows = {
       {"neutral before US English",
-       [&] { return languages({{0, kNeutral}, {0x407, kGerman}, {0x409, kEnglish}}); },
+       [&] {
+         return languages({{0, kNeutral}, {0x407, kGerman}, {0x409, kEnglish}});
+       },
        found(96, kNeutral)},
       {"US English before the first",
-       [&] { return languages({{0x407, kGerman}, {0x409, kEnglish}, {0x40C, kFrench}}); },
+       [&] {
+         return languages({{0x407, kGerman}, {0x409, kEnglish}, {0x40C, kFrench}});
+       },
        found(100, kEnglish)},
       {"the first of others",
-       [&] { return languages({{0x407, kGerman}, {0x40C, kFrench}}); }, found(96, kGerman)},
+       [&] {
+         return languages({{0x407, kGerman}, {0x40C, kFrench}});
+       },
+       found(96, kGerman)},
       {"the first in the directory, not the lowest",
-       [&] { return languages({{0x40C, kFrench}, {0x407, kGerman}}); }, found(96, kFrench)},
+       [&] {
+         return languages({{0x40C, kFrench}, {0x407, kGerman}});
+       },
+       found(96, kFrench)},
       {"named languages are no languages",
        [&] {
          return image({versionResource({resourceData(u"en", versionBlock(kEnglish)),
@@ -215,17 +223,21 @@ TEST(PeVersionReader, FilesWithoutAVersionBlock) {
        {}},
       {"RT_VERSION without ID 1",
        [] {
-         return image({resourceDirectory(
-                          16u, {resourceDirectory(2u, {resourceData(0u, versionBlock(kNeutral))})})})
+         return image(
+                    {resourceDirectory(
+                        16u, {resourceDirectory(2u, {resourceData(0u, versionBlock(kNeutral))})})})
              .bytes;
        },
        {}},
       {"ID 1 without languages", [] { return image({versionResource({})}).bytes; }, {}},
       {"no resource directory",
-       [] { return damaged([](PeImage& i) { i.put32(i.optionalHeader + 112 + 16, 0); }); }, {}},
+       [] { return damaged([](PeImage& i) { i.put32(i.optionalHeader + 112 + 16, 0); }); },
+       {}},
       {"only two data directories",
-       [] { return damaged([](PeImage& i) { i.put32(i.optionalHeader + 108, 2); }); }, {}},
-      {"an empty resource", [] { return image({versionResource({resourceData(0u, {})})}).bytes; },
+       [] { return damaged([](PeImage& i) { i.put32(i.optionalHeader + 108, 2); }); },
+       {}},
+      {"an empty resource",
+       [] { return image({versionResource({resourceData(0u, {})})}).bytes; },
        {}},
   };
   checkRows(rows);
@@ -239,10 +251,12 @@ TEST(PeVersionReader, DamagedAndHostileImagesHaveNoBlock) {
       {"empty", [] { return std::vector<uint8_t>(); }, {}},
       {"shorter than the DOS header", [] { return plain().firstBytes(0x3C); }, {}},
       {"no MZ", [] { return damaged([](PeImage& i) { i.bytes[1] = 'X'; }); }, {}},
-      {"no PE signature", [] { return damaged([](PeImage& i) { i.bytes[i.peHeader + 1] = 'X'; }); },
+      {"no PE signature",
+       [] { return damaged([](PeImage& i) { i.bytes[i.peHeader + 1] = 'X'; }); },
        {}},
       {"PE header offset past the end",
-       [] { return damaged([](PeImage& i) { i.put32(0x3C, 0xFFFFFFF0); }); }, {}},
+       [] { return damaged([](PeImage& i) { i.put32(0x3C, 0xFFFFFFF0); }); },
+       {}},
       {"headers cut short", [] { return plain().firstBytes(200); }, {}},
       {"section table cut short",
        [] {
@@ -251,9 +265,11 @@ TEST(PeVersionReader, DamagedAndHostileImagesHaveNoBlock) {
        },
        {}},
       {"optional header too small for the resource entry",
-       [] { return damaged([](PeImage& i) { i.put16(i.peHeader + 20, 100); }); }, {}},
+       [] { return damaged([](PeImage& i) { i.put16(i.peHeader + 20, 100); }); },
+       {}},
       {"unknown optional header",
-       [] { return damaged([](PeImage& i) { i.put16(i.optionalHeader, 0x107); }); }, {}},
+       [] { return damaged([](PeImage& i) { i.put16(i.optionalHeader, 0x107); }); },
+       {}},
       {"resources in no section",
        [] { return damaged([](PeImage& i) { i.put32(i.optionalHeader + 112 + 16, 0x9000); }); },
        {}},
@@ -264,26 +280,29 @@ TEST(PeVersionReader, DamagedAndHostileImagesHaveNoBlock) {
        },
        {}},
       {"subdirectory past its section",
-       [&] { return damaged([&](PeImage& i) { rootEntryValue(i, 0, 0x8000FFF0); }); }, {}},
+       [&] { return damaged([&](PeImage& i) { rootEntryValue(i, 0, 0x8000FFF0); }); },
+       {}},
       {"directory entry counts beyond the section",
-       [] { return damaged([](PeImage& i) { i.put16(i.resourceRoot + 14, 0xFFFF); }); }, {}},
+       [] { return damaged([](PeImage& i) { i.put16(i.resourceRoot + 14, 0xFFFF); }); },
+       {}},
       // Types 1 and 16 of the root both lead back to the root: the path 16, 1 then meets a
       // directory where it expects data.
       {"a directory that contains itself",
        [&] {
-         PeImage i = image({resourceDirectory(1u, {}), versionResource({resourceData(
-                                                           0u, versionBlock(kNeutral))})});
+         PeImage i = image({resourceDirectory(1u, {}),
+                            versionResource({resourceData(0u, versionBlock(kNeutral))})});
          rootEntryValue(i, 0, 0x80000000);
          rootEntryValue(i, 1, 0x80000000);
          return i.bytes;
        },
        {}},
       {"data where a directory belongs",
-       [] { return image({resourceData(16u, versionBlock(kNeutral))}).bytes; }, {}},
+       [] { return image({resourceData(16u, versionBlock(kNeutral))}).bytes; },
+       {}},
       {"a directory where data belongs",
        [] {
-         return image({versionResource({resourceDirectory(
-                          0u, {resourceData(0u, versionBlock(kNeutral))})})})
+         return image({versionResource(
+                          {resourceDirectory(0u, {resourceData(0u, versionBlock(kNeutral))})})})
              .bytes;
        },
        {}},
@@ -291,7 +310,8 @@ TEST(PeVersionReader, DamagedAndHostileImagesHaveNoBlock) {
        [] { return damaged([](PeImage& i) { i.put32(i.dataEntries[0], 0x3000 + 0x0FF0); }); },
        {}},
       {"data entry longer than the file",
-       [] { return damaged([](PeImage& i) { i.put32(i.dataEntries[0] + 4, 0x7FFFFFFF); }); }, {}},
+       [] { return damaged([](PeImage& i) { i.put32(i.dataEntries[0] + 4, 0x7FFFFFFF); }); },
+       {}},
       // The file goes on after the section with a copy of the block where the RVA would lead
       // if the section's raw data were longer.
       {"data only in memory, beyond the section's bytes in the file",

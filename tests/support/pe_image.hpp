@@ -39,8 +39,19 @@ inline ResourceNode versionResource(std::vector<ResourceNode> languages) {
 inline platform::FixedFileInfo fixedInfoOf(uint16_t a, uint16_t b, uint16_t c, uint16_t d) {
   const uint32_t ms = uint32_t{a} << 16 | b;
   const uint32_t ls = uint32_t{c} << 16 | d;
-  return {platform::kFixedFileInfoSignature, 0x00010000, ms, ls, ms, ls, 0x3F, 0, 0x00040004, 2,
-          0, 0, 0};
+  return {platform::kFixedFileInfoSignature,
+          0x00010000,
+          ms,
+          ls,
+          ms,
+          ls,
+          0x3F,
+          0,
+          0x00040004,
+          2,
+          0,
+          0,
+          0};
 }
 
 // A VS_VERSIONINFO block holding `fixedInfo`, followed by `children` bytes standing for the
@@ -77,7 +88,7 @@ struct PeImageOptions {
 struct PeImage {
   std::vector<uint8_t> bytes;
   // File offsets of the parts a test may damage.
-  std::size_t peHeader = 0;       // "PE\0\0"
+  std::size_t peHeader = 0;  // "PE\0\0"
   std::size_t optionalHeader = 0;
   std::size_t sectionTable = 0;
   std::size_t resourceRoot = 0;          // the root resource directory
@@ -93,8 +104,7 @@ struct PeImage {
     put16(at + 2, static_cast<uint16_t>(value >> 16));
   }
   std::vector<uint8_t> firstBytes(std::size_t count) const {
-    return std::vector<uint8_t>(bytes.begin(),
-                                bytes.begin() + static_cast<std::ptrdiff_t>(count));
+    return std::vector<uint8_t>(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
   }
 };
 
@@ -120,8 +130,9 @@ class ResourceWriter {
     for (std::size_t i = 0; i < ordered.size(); ++i) {
       const ResourceNode& node = *ordered[i];
       const uint32_t name = node.key.index() == 0 ? std::get<0>(node.key)
-                                                   : 0x80000000 | string(std::get<1>(node.key));
-      const uint32_t value = node.leaf ? dataEntry(node.data) : 0x80000000 | directory(node.children);
+                                                  : 0x80000000 | string(std::get<1>(node.key));
+      const uint32_t value =
+          node.leaf ? dataEntry(node.data) : 0x80000000 | directory(node.children);
       put32(offset + 16 + 8 * i, name);
       put32(offset + 20 + 8 * i, value);
     }
@@ -180,8 +191,7 @@ inline PeImage buildPeImage(const PeImageOptions& options) {
 
   PeImage image;
   image.bytes.assign(options.resourceRawOffset + resourceRawSize, 0);
-  std::copy(writer.out.begin(), writer.out.end(),
-            image.bytes.begin() + options.resourceRawOffset);
+  std::copy(writer.out.begin(), writer.out.end(), image.bytes.begin() + options.resourceRawOffset);
   image.bytes[0] = 'M';
   image.bytes[1] = 'Z';
   image.peHeader = 0x80;
@@ -198,7 +208,7 @@ inline PeImage buildPeImage(const PeImageOptions& options) {
   const uint32_t imageSize =
       options.resourceVirtualAddress + detail::roundUp(std::max(resourceSize, 1u), 0x1000);
   image.put16(o, options.pe32Plus ? 0x20B : 0x10B);
-  image.put32(o + 4, 0x200);   // size of code
+  image.put32(o + 4, 0x200);    // size of code
   image.put32(o + 20, 0x1000);  // base of code
   if (options.pe32Plus) {
     image.put32(o + 28, 0x1);  // image base 0x1'0000'0000
