@@ -11,16 +11,21 @@
 // (NFS) refuses writes with kLockViolation rather than risk losing one.
 //
 // Reads keep the parsed text of the last few files while the file is unchanged on disk, known by
-// its device, inode, size and change and modification times in nanoseconds. The cached entry
-// keeps the file it was read from open, so its inode number cannot be reused by another file
-// while cached: a file replaced by a rename, as every write of ours is, always shows a new inode.
-// A file rewritten in place by another program with the same size is seen by its times, unless
-// the rewrite falls within the file system's timestamp granularity of the version read (a clock
-// tick on Linux, two seconds on FAT) or the system's clock was set back meanwhile. Against the
-// first, a text is only trusted without reading the file again once the file has been unchanged
-// for kSettled when it was read; until then every read reads the file again (and reuses the
-// parsed text when the bytes are the same). A network file system whose client caches file
-// attributes can hide a change from stat() itself, which no cache of ours can see past.
+// its device, inode, size, and modification and change times in nanoseconds (stat() on every
+// read; never stale data from an earlier version):
+// - A file replaced by a rename, as every write of ours is, always shows another inode: the
+//   temporary file gets its inode while the old file still holds its own, and the cache keeps the
+//   file it read open, so that inode number cannot be reused while the entry lives.
+// - A file rewritten in place (by another program) with the same size shows a new modification
+//   time, unless the rewrite falls within the timestamp granularity of the version read: a clock
+//   tick on Linux, two seconds on FAT. So a text is trusted without reading the file again only
+//   when its modification time was more than kSettled old when the read began; any later write
+//   stamps a later time. Until then every read reads the file again (and reuses the parsed text
+//   when the bytes are the same).
+// What can still be missed: a same-size in-place rewrite whose writer also sets the modification
+// time back to the cached one, within one clock tick of the change time of the cached version;
+// a system clock set back by more than kSettled; and a network file system whose client caches
+// file attributes, which hides a change from stat() itself.
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -322,9 +327,8 @@ class PosixProfileSystem : public ProfileSystem {
           identityOf(before) == identity && bytes.size() == static_cast<size_t>(after.st_size);
       loaded.status = after;
       if (!steady && attempt < 3) continue;
-      loaded.text = remember(
-          path, identity, std::move(bytes), std::move(fd),
-          readAt - std::max(identity.modified, identity.changed) > kSettled.count(), steady);
+      loaded.text = remember(path, identity, std::move(bytes), std::move(fd),
+                             readAt - identity.modified > kSettled.count(), steady);
       return loaded;
     }
   }
