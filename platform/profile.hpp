@@ -83,7 +83,8 @@ class ProfileSystem {
 
   // WritePrivateProfileStringA(section, key, value, file):
   // - all three: sets the value, creating the file, section and key as needed;
-  // - no value: deletes the key; no key: deletes the section (its comments stay);
+  // - no value: deletes the key; no key: deletes the section, its header and entries (its
+  //   comments and blank lines stay); of two of the same name, the first, which lookups see;
   // - no section: fails with kFileNotFound, unless key and value are absent too, which only
   //   asks for cached data to be dropped (and returns false, as Windows documents).
   // A missing file is created even by a deletion; lastError is then kFileNotFound.

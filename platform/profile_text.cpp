@@ -138,7 +138,6 @@ void ProfileText::split() {
         line.kind = LineKind::Bare;
       } else {
         line.kind = LineKind::Entry;
-        line.separator = separator;
         size_t keyEnd = separator;
         while (keyEnd > first && isFileBlank(all[keyEnd - 1]))
           --keyEnd;
@@ -347,9 +346,10 @@ ProfileEdit editProfileText(const ProfileText* text, std::optional<std::string_v
   edit.outcome = ProfileEdit::Outcome::Changed;
   edit.bytes.reserve(bytes.size() + keyName.size() + newValue.size() + 3);
   if (existing) {
-    // The line keeps everything up to its "=" (spelling, indentation); the value is replaced.
+    // The line keeps everything before its value (spelling, indentation, blanks around "=");
+    // the value is replaced.
     const ProfileText::Line& line = lines[*existing];
-    edit.bytes.append(bytes, 0, line.separator + 1).append(newValue);
+    edit.bytes.append(bytes, 0, line.valueBegin).append(newValue);
     if (line.next == line.end) {
       edit.bytes.append("\r\n");
     } else {

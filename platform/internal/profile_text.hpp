@@ -27,12 +27,11 @@ class ProfileText {
 
   // Offsets into bytes(). `end` is where the line's text stops and its break starts, `next`
   // where the next line starts. The name is a header's name or an entry's key (or the whole
-  // text of a line without "="), trimmed; `separator` is the position of an entry's "=".
+  // text of a line without "="), trimmed; the value is an entry's, trimmed.
   struct Line {
     size_t begin = 0, end = 0, next = 0;
     size_t nameBegin = 0, nameEnd = 0;
     size_t valueBegin = 0, valueEnd = 0;
-    size_t separator = 0;
     LineKind kind = LineKind::Blank;
   };
 

@@ -156,6 +156,14 @@ class ProfileContractTest : public testing::TestWithParam<Implementation> {
 // skipped under Wine.
 enum class Wine : uint8_t { Same, Differs };
 
+// Wine sets the last error as Windows does when a call fails, but not after one that succeeds:
+// it leaves ERROR_MORE_DATA unset after a cut text, does not report a write that created its
+// file (ERROR_FILE_NOT_FOUND), and leaves a code of its own (ERROR_INVALID_PARAMETER) after a
+// write into an existing file. Under Wine only the codes of failures are compared.
+bool lastErrorComparable(uint32_t expected, bool failed) {
+  return !runningUnderWine() || (failed && expected != profile_error::kMoreData);
+}
+
 struct ReadRow {
   const char* name;
   Wine wine;
@@ -239,7 +247,7 @@ TEST_P(ProfileContractTest, Reads) {
         subject_.system->getString(row.section, row.key, row.defaultValue, row.size, file);
     EXPECT_EQ(result.copied, row.copied);
     EXPECT_EQ(result.count, row.count);
-    if (row.lastError) {
+    if (row.lastError && lastErrorComparable(*row.lastError, true)) {
       EXPECT_EQ(result.lastError, *row.lastError);
     }
     if (row.target == Target::File) subject_.files->remove(file);
@@ -274,7 +282,8 @@ const WriteRow kWriteRows[] = {
     {"DeletedSectionsLeaveTheirComments", kDiffers, ";c0\r\n[A]\r\n;c1\r\n[B]\r\n;c2\r\n",
      {{"A", {}, {}}, {"B", {}, "x"}}, ";c0\r\n;c1\r\n;c2\r\n", true, 0},
     {"DeletedKey", kSame, "[s]\r\nk=v\r\n", {{"s", "k", {}}}, "[s]\r\n", true, 0},
-    {"NewSectionAfterBytesWithNuls", kSame, "Data \0 before \0 first \0 section"s,
+    // (Not among Wine's known differences, but Wine's own conformance test expects it to fail.)
+    {"NewSectionAfterBytesWithNuls", kDiffers, "Data \0 before \0 first \0 section"s,
      {{"section1", "key1", "string1"}},
      "Data \0 before \0 first \0 section\r\n[section1]\r\nkey1=string1\r\n"s},
     {"NoSectionFailsWithoutFile", kSame, {}, {{{}, "k", "v"}}, {}, false, 2},
@@ -311,7 +320,7 @@ TEST_P(ProfileContractTest, Writes) {
     for (const Call& call : row.calls)
       result = subject_.system->writeString(call.section, call.key, call.value, file);
     EXPECT_EQ(result.succeeded, row.succeeded);
-    if (row.lastError) {
+    if (row.lastError && lastErrorComparable(*row.lastError, !row.succeeded)) {
       EXPECT_EQ(result.lastError, *row.lastError);
     }
     if (row.target == Target::File || row.target == Target::MissingFolder) {
@@ -335,6 +344,80 @@ TEST_P(ProfileContractTest, WrittenValuesReadBack) {
     ASSERT_TRUE(subject_.system->writeString("Till", "Value", row.written, file).succeeded);
     const ProfileRead read = subject_.system->getString("till", "value", "d", 512, file);
     EXPECT_EQ(read.text(), row.read);
+  }
+}
+
+// Where Windows' behaviour is not known, the engine the fake and the Linux implementation share
+// makes these choices: edits stay as close to the text as they can, a deletion takes what a
+// lookup sees, and lists never hold an empty name (which would end them early).
+TEST(ProfileEngineChoiceTest, EditsAndListsWhereWindowsIsUnknown) {
+  struct Row {
+    const char* name;
+    std::string before;
+    Call call;
+    std::string after;
+  };
+  // clang-format off
+  const Row writes[] = {
+      {"UpdateKeepsBlanksAroundEquals", "[s]\r\n a = b \r\n", {"s", "a", "c"}, "[s]\r\n a = c\r\n"},
+      {"DeleteTakesFirstOfDuplicateKeys", "[s]\r\nk=1\r\nk=2\r\n", {"s", "k", {}},
+       "[s]\r\nk=2\r\n"},
+      {"DeleteTakesFirstOfDuplicateSections", "[s]\r\na=1\r\n[s]\r\nb=2\r\n", {"s", {}, {}},
+       "[s]\r\nb=2\r\n"},
+      {"DeletedSectionLosesLinesWithoutEquals", "[s]\r\nbare\r\n\r\nk=v\r\n[t]\r\n", {"s", {}, {}},
+       "\r\n[t]\r\n"},
+      {"NewKeyRightAfterHeaderWithoutEntries", "[s]\r\n;c\r\n[t]\r\n", {"s", "k", "v"},
+       "[s]\r\nk=v\r\n;c\r\n[t]\r\n"},
+      {"NewKeyAfterLineWithoutEquals", "[s]\r\nbare\r\n;c\r\n", {"s", "k", "v"},
+       "[s]\r\nbare\r\nk=v\r\n;c\r\n"},
+      {"NewLinesEndInCrLfInLfFile", "[s]\nk=v\n", {"s", "n", "w"}, "[s]\nk=v\nn=w\r\n"},
+  };
+  struct Lookup {
+    const char* name;
+    Text file;
+    Text section;
+    Text key;
+    std::string copied;
+    uint32_t lastError;
+  };
+  const Lookup reads[] = {
+      {"SectionListOfMissingFileIsDefault", {}, {}, {}, "d\0"s, 2},
+      {"KeyListOfMissingSectionIsDefault", "[s]\r\n", "t", {}, "d\0"s, 0},
+      {"EmptyListIsOneNul", "[s]\r\n", "s", {}, "\0"s, 0},
+      {"EmptyNamesLeftOutOfSectionList", "[]\r\n[a]\r\n", {}, {}, "a\0\0"s, 0},
+      {"EmptyNamesLeftOutOfKeyList", "[s]\r\n=v\r\nk=w\r\n", "s", {}, "k\0\0"s, 0},
+      {"LineWithoutEqualsIsNoKey", "[s]\r\nk\r\n", "s", "k", "d\0"s, 0},
+  };
+  // clang-format on
+  std::vector<Implementation> implementations = {{"fake", makeFake}};
+#if !defined(_WIN32)
+  implementations.push_back({"native", makeNative});
+#endif
+  for (const Implementation& implementation : implementations) {
+    const Subject subject = implementation.make();
+    const fs::path file = subject.files->folder() / "choice.ini";
+    for (const Row& row : writes) {
+      SCOPED_TRACE(std::string(implementation.name) + " " + row.name);
+      subject.files->put(file, row.before);
+      EXPECT_TRUE(subject.system->writeString(row.call.section, row.call.key, row.call.value, file)
+                      .succeeded);
+      EXPECT_EQ(subject.files->get(file), row.after);
+    }
+    for (const Lookup& row : reads) {
+      SCOPED_TRACE(std::string(implementation.name) + " " + row.name);
+      subject.files->remove(file);
+      if (row.file) subject.files->put(file, *row.file);
+      const ProfileRead read = subject.system->getString(row.section, row.key, "d", 64, file);
+      EXPECT_EQ(read.copied, row.copied);
+      EXPECT_EQ(read.lastError, row.lastError);
+    }
+    // A file in UTF-16 is not the caller's code page: it is left as it is.
+    const std::string utf16 = "\xFF\xFE[\0s\0]\0"s;
+    subject.files->put(file, utf16);
+    const ProfileWrite refused = subject.system->writeString("s", "k", "v", file);
+    EXPECT_FALSE(refused.succeeded);
+    EXPECT_EQ(refused.lastError, profile_error::kNotSupported);
+    EXPECT_EQ(subject.files->get(file), utf16);
   }
 }
 
