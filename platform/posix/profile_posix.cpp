@@ -209,7 +209,14 @@ class PosixProfileSystem : public ProfileSystem {
       text.reset();
       error = profile_error::kNotEnoughMemory;
     }
-    return readProfileString(text.get(), error, section, key, defaultValue, size);
+    try {
+      return readProfileString(text.get(), error, section, key, defaultValue, size);
+    } catch (const std::bad_alloc&) {
+      // No room even for the text to hand back: nothing is copied.
+      ProfileRead nothing;
+      nothing.lastError = profile_error::kNotEnoughMemory;
+      return nothing;
+    }
   }
 
   ProfileWrite writeString(std::optional<std::string_view> section,

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <random>
 #include <ravelin/platform/fake/profile_fake.hpp>
 #include <ravelin/platform/profile.hpp>
@@ -116,6 +117,10 @@ struct Implementation {
   const char* name;
   std::function<Subject()> make;
 };
+
+void PrintTo(const Implementation& implementation, std::ostream* out) {
+  *out << implementation.name;
+}
 
 Subject makeFake() {
   auto fake = std::make_shared<FakeProfileSystem>();
