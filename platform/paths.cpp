@@ -51,7 +51,7 @@ std::vector<std::string> resolvedBelowRoot(const std::vector<std::string>& names
 // A folder with names appended, each after one "/".
 std::string joined(std::string folder, const std::vector<std::string>& names) {
   for (const std::string& name : names) {
-    if (folder.empty() || folder.back() != '/') folder += '/';
+    if (!folder.empty() && folder.back() != '/') folder += '/';
     folder += name;
   }
   return folder;
