@@ -64,8 +64,8 @@ std::filesystem::path nativeOrRaise(StringView path) {
 
 bool isReadOnly(const std::filesystem::path& file) {
   std::error_code error;
-  const std::filesystem::file_status status = std::filesystem::status(file, error);
-  if (error) return false;
+  const std::filesystem::file_status status = std::filesystem::symlink_status(file, error);
+  if (error || std::filesystem::is_symlink(status)) return false;
   return (status.permissions() & std::filesystem::perms::owner_write) ==
          std::filesystem::perms::none;
 }

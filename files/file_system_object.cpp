@@ -163,10 +163,10 @@ std::vector<fs::path> sourceFiles(StringView source, const fs::path& native) {
   return {native};
 }
 
+// Lets the owner write a file or folder (not a link: callers pass none).
 void makeWritable(const fs::path& path) {
   std::error_code error;
-  fs::permissions(path, fs::perms::owner_write, fs::perm_options::add | fs::perm_options::nofollow,
-                  error);
+  fs::permissions(path, fs::perms::owner_write, fs::perm_options::add, error);
 }
 
 // Copies a file to a name that is free or may be replaced; a failed copy leaves the target as it

@@ -27,7 +27,8 @@ std::error_code lastStreamError();
 // not mounted).
 std::filesystem::path nativeOrRaise(StringView path);
 
-// Whether a file is read-only as Windows' attribute has it: its owner may not write it.
+// Whether a file is read-only as Windows' attribute has it: its owner may not write it. A link
+// is not (deleting it leaves what it leads to alone).
 bool isReadOnly(const std::filesystem::path& file);
 
 }  // namespace ravelin::file_errors

@@ -395,6 +395,17 @@ TEST_F(FileSystemObjectTest, DeleteFileOfReadOnlyFilesNeedsForce) {
   fso_.DeleteFile(fso_.BuildPath(at(""), u"?.log"), true);
   EXPECT_FALSE(fs::exists(file("a.log")));
   EXPECT_FALSE(fs::exists(file("b.log")));
+
+  // A link to a read-only file is no read-only file: it goes, what it leads to stays as it was.
+  writeBytes(file("target.txt"), "t");
+  makeReadOnly(file("target.txt"));
+  std::error_code error;
+  fs::create_symlink(file("target.txt"), file("link.txt"), error);
+  if (error) GTEST_SKIP() << "no links here";
+  fso_.DeleteFile(at("link.txt"), false);
+  EXPECT_FALSE(fs::exists(fs::symlink_status(file("link.txt"))));
+  EXPECT_TRUE(fs::exists(file("target.txt")));
+  EXPECT_EQ(fs::status(file("target.txt")).permissions() & fs::perms::owner_write, fs::perms::none);
 }
 
 TEST_F(FileSystemObjectTest, DeleteFolder) {
