@@ -55,22 +55,38 @@ platform::DriveFacts Drive::readyFacts() const {
 
 String Drive::DriveLetter() const {
   return path_text::startsWithDrive(name_) && name_.size() == 2 ? String(1, toUpper(name_[0]))
-                                                                 : String();
+                                                                : String();
 }
 
 String Drive::ShareName() const {
   return path_text::driveName(name_) == name_ && !path_text::startsWithDrive(name_) ? name_
-                                                                                     : String();
+                                                                                    : String();
 }
 
-int32_t Drive::DriveType() const { return facts().driveType; }
-bool Drive::IsReady() const { return facts().isReady; }
-String Drive::FileSystem() const { return readyFacts().fileSystem; }
-double Drive::TotalSize() const { return static_cast<double>(readyFacts().totalSize); }
-double Drive::FreeSpace() const { return static_cast<double>(readyFacts().freeSpace); }
-double Drive::AvailableSpace() const { return static_cast<double>(readyFacts().availableSpace); }
-String Drive::VolumeName() const { return readyFacts().volumeName; }
-int32_t Drive::SerialNumber() const { return static_cast<int32_t>(readyFacts().serialNumber); }
+int32_t Drive::DriveType() const {
+  return facts().driveType;
+}
+bool Drive::IsReady() const {
+  return facts().isReady;
+}
+String Drive::FileSystem() const {
+  return readyFacts().fileSystem;
+}
+double Drive::TotalSize() const {
+  return static_cast<double>(readyFacts().totalSize);
+}
+double Drive::FreeSpace() const {
+  return static_cast<double>(readyFacts().freeSpace);
+}
+double Drive::AvailableSpace() const {
+  return static_cast<double>(readyFacts().availableSpace);
+}
+String Drive::VolumeName() const {
+  return readyFacts().volumeName;
+}
+int32_t Drive::SerialNumber() const {
+  return static_cast<int32_t>(readyFacts().serialNumber);
+}
 
 ClassInfo Folder::describe() {
   return ClassBuilder<Folder>(kClassName, false)
@@ -80,6 +96,8 @@ ClassInfo Folder::describe() {
       .build();
 }
 
-String Folder::Name() const { return path_text::fileName(path_); }
+String Folder::Name() const {
+  return path_text::fileName(path_);
+}
 
 }  // namespace ravelin

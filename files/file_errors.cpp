@@ -44,9 +44,13 @@ int32_t numberFor(const std::error_code& error, int32_t missing) {
   return vb_error::kDeviceIOError;
 }
 
-void raise(int32_t number) { raiseRuntimeError(number); }
+void raise(int32_t number) {
+  raiseRuntimeError(number);
+}
 
-void raiseFor(const std::error_code& error, int32_t missing) { raise(numberFor(error, missing)); }
+void raiseFor(const std::error_code& error, int32_t missing) {
+  raise(numberFor(error, missing));
+}
 
 std::error_code lastStreamError() {
   const int number = errno;

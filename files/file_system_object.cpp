@@ -203,11 +203,12 @@ void copyOver(const fs::path& source, const fs::path& target) {
 // The name the system knows a drive spec by: "C:" for "c", "C:" or "C:\"; a UNC share as written;
 // a native mount point, lexically normal; nullopt for any other shape.
 std::optional<String> driveSpecName(StringView spec) {
-  const bool letter = !spec.empty() && spec[0] < 0x80 &&
-                      ((spec[0] >= u'A' && spec[0] <= u'Z') || (spec[0] >= u'a' && spec[0] <= u'z'));
-  if (letter && (spec.size() == 1 || (spec[1] == u':' && (spec.size() == 2 ||
-                                                         (spec.size() == 3 &&
-                                                          path_text::isSeparator(spec[2])))))) {
+  const bool letter =
+      !spec.empty() && spec[0] < 0x80 &&
+      ((spec[0] >= u'A' && spec[0] <= u'Z') || (spec[0] >= u'a' && spec[0] <= u'z'));
+  if (letter && (spec.size() == 1 ||
+                 (spec[1] == u':' &&
+                  (spec.size() == 2 || (spec.size() == 3 && path_text::isSeparator(spec[2])))))) {
     return String{toUpper(spec[0]), u':'};
   }
   const String share = path_text::driveName(spec);
@@ -239,9 +240,15 @@ std::shared_ptr<TextStream> streamOn(const fs::path& file, TextStream::Mode mode
                                      TextStream::Encoding encoding, bool byteOrderMark) {
   std::ios::openmode openMode = std::ios::binary;
   switch (mode) {
-    case TextStream::Mode::reading: openMode |= std::ios::in; break;
-    case TextStream::Mode::writing: openMode |= std::ios::out | std::ios::trunc; break;
-    case TextStream::Mode::appending: openMode |= std::ios::out | std::ios::app; break;
+    case TextStream::Mode::reading:
+      openMode |= std::ios::in;
+      break;
+    case TextStream::Mode::writing:
+      openMode |= std::ios::out | std::ios::trunc;
+      break;
+    case TextStream::Mode::appending:
+      openMode |= std::ios::out | std::ios::app;
+      break;
   }
   // Text written goes to the file at once, without a buffer that could keep what failed.
   std::fstream stream;
@@ -283,8 +290,8 @@ String FileSystemObject::GetAbsolutePathName(StringView Path) const {
     return path_text::absoluteWindowsPath(Path, *windowsCurrent);
   // The current folder lies on no drive: a path from a drive's root needs none; one relative to
   // the current folder is answered in the native form.
-  const bool relative = Path.empty() || (!path_text::startsWithDrive(Path) &&
-                                         !path_text::isSeparator(Path[0]));
+  const bool relative =
+      Path.empty() || (!path_text::startsWithDrive(Path) && !path_text::isSeparator(Path[0]));
   if (!relative) return path_text::absoluteWindowsPath(Path, u"C:\\");
   String slashed(Path);
   for (char16_t& unit : slashed) {
@@ -293,7 +300,9 @@ String FileSystemObject::GetAbsolutePathName(StringView Path) const {
   return path_text::absoluteNativePath(slashed, platform::fromNativePath(current));
 }
 
-String FileSystemObject::GetBaseName(StringView Path) const { return path_text::baseName(Path); }
+String FileSystemObject::GetBaseName(StringView Path) const {
+  return path_text::baseName(Path);
+}
 
 String FileSystemObject::GetDriveName(StringView Path) const {
   if (windowsRules(Path)) return path_text::driveName(Path);
@@ -309,7 +318,9 @@ String FileSystemObject::GetExtensionName(StringView Path) const {
   return path_text::extensionName(Path);
 }
 
-String FileSystemObject::GetFileName(StringView Path) const { return path_text::fileName(Path); }
+String FileSystemObject::GetFileName(StringView Path) const {
+  return path_text::fileName(Path);
+}
 
 String FileSystemObject::GetParentFolderName(StringView Path) const {
   return path_text::parentFolderName(Path, windowsRules(Path));
@@ -400,9 +411,8 @@ void FileSystemObject::DeleteFolder(StringView FolderSpec, bool Force) const {
          it.increment(error)) {
       std::error_code statusError;
       const fs::file_status status = it->symlink_status(statusError);
-      const bool readOnly =
-          !statusError && !fs::is_symlink(status) &&
-          (status.permissions() & fs::perms::owner_write) == fs::perms::none;
+      const bool readOnly = !statusError && !fs::is_symlink(status) &&
+                            (status.permissions() & fs::perms::owner_write) == fs::perms::none;
       if (!readOnly) continue;
       if (!Force && !fs::is_directory(status)) raise(vb_error::kPermissionDenied);
       if (Force) makeWritable(it->path());
@@ -421,7 +431,8 @@ void FileSystemObject::CopyFile(StringView Source, StringView Destination,
   const fs::path source = file_errors::nativeOrRaise(Source);
   const fs::path destination = file_errors::nativeOrRaise(Destination);
   const std::vector<fs::path> files = sourceFiles(Source, source);
-  const bool intoFolder = path_text::hasWildcards(lastNameOf(Source)) || endsWithSeparator(Destination);
+  const bool intoFolder =
+      path_text::hasWildcards(lastNameOf(Source)) || endsWithSeparator(Destination);
   if (intoFolder && !isFolder(destination)) raise(vb_error::kPathNotFound);
   for (const fs::path& file : files) {
     const fs::path target = intoFolder ? destination / file.filename() : destination;
@@ -442,7 +453,8 @@ void FileSystemObject::MoveFile(StringView Source, StringView Destination) const
   const fs::path source = file_errors::nativeOrRaise(Source);
   const fs::path destination = file_errors::nativeOrRaise(Destination);
   const std::vector<fs::path> files = sourceFiles(Source, source);
-  const bool intoFolder = path_text::hasWildcards(lastNameOf(Source)) || endsWithSeparator(Destination);
+  const bool intoFolder =
+      path_text::hasWildcards(lastNameOf(Source)) || endsWithSeparator(Destination);
   if (intoFolder && !isFolder(destination)) raise(vb_error::kPathNotFound);
   for (const fs::path& file : files) {
     const fs::path target = intoFolder ? destination / file.filename() : destination;
@@ -498,13 +510,14 @@ std::shared_ptr<TextStream> FileSystemObject::OpenTextFile(StringView FileName, 
                                 : IOMode == ForWriting ? TextStream::Mode::writing
                                                        : TextStream::Mode::appending;
   const Detected found = IOMode == ForWriting ? Detected::empty : detectFormat(native);
-  const bool unicode = Format == TristateTrue ||
-                       (Format == TristateUseDefault && IOMode != ForWriting &&
-                        found == Detected::unicode);
+  const bool unicode =
+      Format == TristateTrue ||
+      (Format == TristateUseDefault && IOMode != ForWriting && found == Detected::unicode);
   // A UTF-16 file being started gets its byte order mark.
   const bool byteOrderMark =
       unicode && (IOMode == ForWriting || (IOMode == ForAppending && found == Detected::empty));
-  return streamOn(native, mode, unicode ? TextStream::Encoding::unicode : TextStream::Encoding::ansi,
+  return streamOn(native, mode,
+                  unicode ? TextStream::Encoding::unicode : TextStream::Encoding::ansi,
                   byteOrderMark);
 }
 

@@ -81,7 +81,9 @@ String withSeparator(StringView text, char16_t separator) {
 
 }  // namespace
 
-bool isSeparator(char16_t unit) { return unit == u'\\' || unit == u'/'; }
+bool isSeparator(char16_t unit) {
+  return unit == u'\\' || unit == u'/';
+}
 
 bool startsWithDrive(StringView path) {
   return path.size() >= 2 && isAsciiLetter(path[0]) && path[1] == u':';
@@ -197,7 +199,8 @@ String absoluteNativePath(StringView path, StringView currentFolder) {
     text = current + u"/" + text;
   }
   if (const std::size_t unc = uncRootLength(text); unc > 0)
-    return joinedUnder(withSeparator(text.substr(0, unc), u'/'), StringView(text).substr(unc), u'/');
+    return joinedUnder(withSeparator(text.substr(0, unc), u'/'), StringView(text).substr(unc),
+                       u'/');
   return joinedUnder(u"/", text, u'/');
 }
 

@@ -7,7 +7,9 @@
 namespace ravelin::platform {
 namespace {
 
-bool isSlash(char16_t c) { return c == u'/' || c == u'\\'; }
+bool isSlash(char16_t c) {
+  return c == u'/' || c == u'\\';
+}
 
 bool isAsciiLetter(char16_t c) {
   return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');

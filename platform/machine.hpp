@@ -26,13 +26,13 @@ namespace ravelin::platform {
 
 // What the system knows about one drive.
 struct DriveFacts {
-  String path;             // how the drive is named ("C:", "\\server\share", "/mnt/data")
-  int32_t driveType = 0;   // 0 unknown, 1 removable, 2 fixed, 3 network, 4 CD-ROM, 5 RAM disk
-  bool isReady = false;    // whether its file system answers now
-  String fileSystem;       // "NTFS", "ext4", ... ; empty when not ready
-  String volumeName;       // empty when it has none or is not ready
-  int64_t totalSize = 0;   // bytes; 0 when not ready
-  int64_t freeSpace = 0;   // bytes free on the drive; 0 when not ready
+  String path;                 // how the drive is named ("C:", "\\server\share", "/mnt/data")
+  int32_t driveType = 0;       // 0 unknown, 1 removable, 2 fixed, 3 network, 4 CD-ROM, 5 RAM disk
+  bool isReady = false;        // whether its file system answers now
+  String fileSystem;           // "NTFS", "ext4", ... ; empty when not ready
+  String volumeName;           // empty when it has none or is not ready
+  int64_t totalSize = 0;       // bytes; 0 when not ready
+  int64_t freeSpace = 0;       // bytes free on the drive; 0 when not ready
   int64_t availableSpace = 0;  // bytes this user may still write (quotas, reserved blocks)
   uint32_t serialNumber = 0;
 };

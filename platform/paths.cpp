@@ -13,7 +13,9 @@ bool isAsciiLetter(char16_t c) {
   return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
 }
 
-char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+char upperAscii(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
 bool equalsAsciiIgnoreCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
@@ -60,8 +62,8 @@ std::string joined(std::string folder, const std::vector<std::string>& names) {
 // Whether `folder` is `path` or a folder above it (both absolute and lexically normal).
 bool holds(std::string_view folder, std::string_view path) {
   if (folder == "/") return !path.empty() && path.front() == '/';
-  return path == folder || (path.size() > folder.size() && path.substr(0, folder.size()) == folder &&
-                            path[folder.size()] == '/');
+  return path == folder || (path.size() > folder.size() &&
+                            path.substr(0, folder.size()) == folder && path[folder.size()] == '/');
 }
 
 std::string folderWithoutTrailingSlash(std::string folder) {
@@ -116,8 +118,9 @@ std::optional<std::string> sharePath(const std::string& server,
     if (share->names.size() > names.size() || share->names.size() <= bestLength) continue;
     bool matches = true;
     for (std::size_t i = 0; i < share->names.size() && matches; ++i) {
-      matches = share->namesIgnoreCase ? equalsIgnoreCase(fromUtf8(share->names[i]), fromUtf8(names[i]))
-                                       : share->names[i] == names[i];
+      matches = share->namesIgnoreCase
+                    ? equalsIgnoreCase(fromUtf8(share->names[i]), fromUtf8(names[i]))
+                    : share->names[i] == names[i];
     }
     if (!matches) continue;
     best = &mount;
@@ -262,8 +265,8 @@ std::optional<std::string> posixPathFor(StringView path, const PathSystem& syste
   if (text.size() > 2 && text[0] == '/' && text[1] == '/' && text[2] != '/') {
     const std::vector<std::string> names = namesOf(text);
     if (names.size() < 2) return std::nullopt;
-    std::vector<std::string> below = resolvedBelowRoot(
-        std::vector<std::string>(names.begin() + 2, names.end()));
+    std::vector<std::string> below =
+        resolvedBelowRoot(std::vector<std::string>(names.begin() + 2, names.end()));
     below.insert(below.begin(), names[1]);
     std::optional<std::string> result = sharePath(names[0], below, system.mounts());
     if (!result) return std::nullopt;

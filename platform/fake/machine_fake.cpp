@@ -11,7 +11,8 @@ void FakeMachineSystem::addDrive(DriveFacts drive) {
 }
 
 void FakeMachineSystem::removeDrive(StringView name) {
-  std::erase_if(drives_, [name](const DriveFacts& drive) { return equalsIgnoreCase(drive.path, name); });
+  std::erase_if(drives_,
+                [name](const DriveFacts& drive) { return equalsIgnoreCase(drive.path, name); });
 }
 
 void FakeMachineSystem::setNetworkPathAnswer(StringView path, int32_t answer) {
@@ -29,8 +30,9 @@ int32_t FakeMachineSystem::isNetworkPath(StringView path) const {
 }
 
 std::optional<DriveFacts> FakeMachineSystem::drive(StringView name) const {
-  auto it = std::find_if(drives_.begin(), drives_.end(),
-                         [name](const DriveFacts& drive) { return equalsIgnoreCase(drive.path, name); });
+  auto it = std::find_if(drives_.begin(), drives_.end(), [name](const DriveFacts& drive) {
+    return equalsIgnoreCase(drive.path, name);
+  });
   if (it == drives_.end()) return std::nullopt;
   return *it;
 }

@@ -91,7 +91,8 @@ bool isRemovableDevice(const std::string& source) {
   const std::filesystem::path device = std::filesystem::canonical(source, error);
   if (error) return false;
   const std::filesystem::path entry = std::filesystem::path("/sys/class/block") / device.filename();
-  if (std::filesystem::exists(entry / "removable", error)) return firstLineOf(entry / "removable") == "1";
+  if (std::filesystem::exists(entry / "removable", error))
+    return firstLineOf(entry / "removable") == "1";
   const std::filesystem::path disk = std::filesystem::canonical(entry, error).parent_path();
   if (error) return false;
   return firstLineOf(disk / "removable") == "1";

@@ -53,9 +53,13 @@ std::unique_ptr<PathSystem> PathSystem::makeNative() {
   return std::make_unique<PosixPathSystem>();
 }
 
-bool isWindowsForm(StringView path) { return hasWindowsFormMarks(path); }
+bool isWindowsForm(StringView path) {
+  return hasWindowsFormMarks(path);
+}
 
-char16_t separatorFor(StringView path) { return isWindowsForm(path) ? u'\\' : u'/'; }
+char16_t separatorFor(StringView path) {
+  return isWindowsForm(path) ? u'\\' : u'/';
+}
 
 std::optional<std::filesystem::path> nativePath(StringView path) {
   if (path.empty() || !spellable(path)) return std::nullopt;
@@ -64,7 +68,9 @@ std::optional<std::filesystem::path> nativePath(StringView path) {
   return std::filesystem::path(std::move(*posix));
 }
 
-String fromNativePath(const std::filesystem::path& path) { return fromUtf8(path.native()); }
+String fromNativePath(const std::filesystem::path& path) {
+  return fromUtf8(path.native());
+}
 
 std::optional<String> windowsFormOf(const std::filesystem::path& native) {
   return windowsFormUnder(native.native(), pathSystem()->driveMap());

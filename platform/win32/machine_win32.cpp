@@ -13,7 +13,9 @@ namespace ravelin::platform {
 namespace {
 
 // Windows' wide text and the library's String are both UTF-16.
-std::wstring toWide(StringView text) { return std::wstring(text.begin(), text.end()); }
+std::wstring toWide(StringView text) {
+  return std::wstring(text.begin(), text.end());
+}
 
 String fromWide(const wchar_t* text) {
   String result;
@@ -37,12 +39,18 @@ std::string toAnsi(StringView text) {
 
 int32_t driveTypeOf(UINT systemType) {
   switch (systemType) {
-    case DRIVE_REMOVABLE: return 1;
-    case DRIVE_FIXED: return 2;
-    case DRIVE_REMOTE: return 3;
-    case DRIVE_CDROM: return 4;
-    case DRIVE_RAMDISK: return 5;
-    default: return 0;
+    case DRIVE_REMOVABLE:
+      return 1;
+    case DRIVE_FIXED:
+      return 2;
+    case DRIVE_REMOTE:
+      return 3;
+    case DRIVE_CDROM:
+      return 4;
+    case DRIVE_RAMDISK:
+      return 5;
+    default:
+      return 0;
   }
 }
 

@@ -23,9 +23,13 @@ std::unique_ptr<PathSystem> PathSystem::makeNative() {
   return std::make_unique<Win32PathSystem>();
 }
 
-bool isWindowsForm(StringView) { return true; }
+bool isWindowsForm(StringView) {
+  return true;
+}
 
-char16_t separatorFor(StringView) { return u'\\'; }
+char16_t separatorFor(StringView) {
+  return u'\\';
+}
 
 std::optional<std::filesystem::path> nativePath(StringView path) {
   if (path.empty() || path.find(u'\0') != StringView::npos) return std::nullopt;

@@ -10,8 +10,8 @@
 #include <ravelin/platform/fake/machine_fake.hpp>
 #include <ravelin/platform/fake/paths_fake.hpp>
 #include <ravelin/platform/paths.hpp>
-#include <string>
 #include <ravelin/tests/support/error_number.hpp>
+#include <string>
 #include <vector>
 
 namespace ravelin {
@@ -20,7 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 
 // Whether this system has a native form besides the Windows one (not Windows).
-bool hasNativeForm() { return !platform::isWindowsForm(u"/native"); }
+bool hasNativeForm() {
+  return !platform::isWindowsForm(u"/native");
+}
 
 std::string bytesOf(const fs::path& file) {
   std::ifstream in(file, std::ios::binary);
@@ -486,8 +488,7 @@ TEST_F(FileSystemObjectTest, CopyFile) {
       {fso_.BuildPath(at("missing"), u"a.txt"), at("x.txt"), true, vb_error::kPathNotFound},
       {at("a.txt"), at("into"), true, vb_error::kPermissionDenied},
       {at("a.txt"), fso_.BuildPath(at("missing"), u"x.txt"), true, vb_error::kPathNotFound},
-      {at("a.txt"), at("missing") + platform::separatorFor(at("")), true,
-       vb_error::kPathNotFound},
+      {at("a.txt"), at("missing") + platform::separatorFor(at("")), true, vb_error::kPathNotFound},
       {at("a.txt"), at("locked.txt"), true, vb_error::kPermissionDenied},
       {at("a.txt"), at("a.txt"), true, vb_error::kPermissionDenied},
   };
@@ -551,9 +552,9 @@ TEST_F(FileSystemObjectTest, AnsiTextGoesThroughTheCodePage) {
   out->WriteLine(text);
   out->Write(u"\u4E2D");
   out->Close();
-  EXPECT_EQ(bytesOf(file("ru.txt")),
-            "\xCF\xF0\xE8\xE2\xE5\xF2, \xAB\xEC\xE8\xF0\xBB\r\n?");
-  std::shared_ptr<TextStream> in = fso_.OpenTextFile(at("ru.txt"), ForReading, false, TristateFalse);
+  EXPECT_EQ(bytesOf(file("ru.txt")), "\xCF\xF0\xE8\xE2\xE5\xF2, \xAB\xEC\xE8\xF0\xBB\r\n?");
+  std::shared_ptr<TextStream> in =
+      fso_.OpenTextFile(at("ru.txt"), ForReading, false, TristateFalse);
   EXPECT_EQ(in->ReadLine(), text);
   EXPECT_EQ(in->ReadAll(), u"?");
 }
@@ -577,15 +578,18 @@ TEST_F(FileSystemObjectTest, UnicodeTextRoundTrips) {
     EXPECT_TRUE(in->AtEndOfStream());
   }
   // Read as ANSI, the byte order mark and the zero bytes are characters.
-  std::shared_ptr<TextStream> ansi = fso_.OpenTextFile(at("u.txt"), ForReading, false, TristateFalse);
+  std::shared_ptr<TextStream> ansi =
+      fso_.OpenTextFile(at("u.txt"), ForReading, false, TristateFalse);
   EXPECT_EQ(ansi->Read(3), String(u"\u00FF\u00FEP"));
 
   // Without a byte order mark the file is read from its first byte; an odd last byte is lost.
   writeBytes(file("bare.txt"), std::string("a\0\x34\x04z", 5));
-  std::shared_ptr<TextStream> bare = fso_.OpenTextFile(at("bare.txt"), ForReading, false, TristateTrue);
+  std::shared_ptr<TextStream> bare =
+      fso_.OpenTextFile(at("bare.txt"), ForReading, false, TristateTrue);
   EXPECT_EQ(bare->ReadAll(), u"a\u0434");
   writeBytes(file("one.txt"), "A");
-  std::shared_ptr<TextStream> one = fso_.OpenTextFile(at("one.txt"), ForReading, false, TristateTrue);
+  std::shared_ptr<TextStream> one =
+      fso_.OpenTextFile(at("one.txt"), ForReading, false, TristateTrue);
   EXPECT_EQ(errorNumberOf([&] { one->ReadAll(); }), vb_error::kInputPastEndOfFile);
   // The default format reads a file without the mark as ANSI.
   std::shared_ptr<TextStream> plain =
@@ -595,9 +599,9 @@ TEST_F(FileSystemObjectTest, UnicodeTextRoundTrips) {
 
 TEST_F(FileSystemObjectTest, LinesEndAtLineFeeds) {
   writeBytes(file("lines.txt"), "first line\r\nsecond\n\n\rt\r\re \rst\nlast\r");
-  std::shared_ptr<TextStream> in = fso_.OpenTextFile(at("lines.txt"), ForReading, false, TristateFalse);
-  const std::vector<String> expected = {u"first line", u"second", u"", u"\rt\r\re \rst",
-                                        u"last\r"};
+  std::shared_ptr<TextStream> in =
+      fso_.OpenTextFile(at("lines.txt"), ForReading, false, TristateFalse);
+  const std::vector<String> expected = {u"first line", u"second", u"", u"\rt\r\re \rst", u"last\r"};
   for (std::size_t i = 0; i < expected.size(); ++i) {
     SCOPED_TRACE(i);
     EXPECT_EQ(in->Line(), static_cast<int32_t>(i + 1));
@@ -657,14 +661,12 @@ TEST_F(FileSystemObjectTest, LongFilesReadWhole) {
       for (int i = 0; i < lines; ++i)
         out->WriteLine(fromAscii(std::to_string(i)) + line);
       out->Close();
-      const String expectedLine = codePage == 65001 || unicode == 1
-                                      ? line
-                                      : [&] {
-                                          String lossy;
-                                          for (int i = 0; i < 50; ++i)
-                                            lossy += u"\u00E9\u20AC??x";
-                                          return lossy;
-                                        }();
+      const String expectedLine = codePage == 65001 || unicode == 1 ? line : [&] {
+        String lossy;
+        for (int i = 0; i < 50; ++i)
+          lossy += u"\u00E9\u20AC??x";
+        return lossy;
+      }();
       std::shared_ptr<TextStream> in =
           fso_.OpenTextFile(at("long.txt"), ForReading, false, TristateUseDefault);
       int read = 0;
@@ -692,12 +694,14 @@ TEST_F(FileSystemObjectTest, WritingAndAppending) {
   out->Close();
   EXPECT_EQ(bytesOf(file("w.txt")), "ab\r\n\r\n\r\n\r\ncd");
 
-  std::shared_ptr<TextStream> more = fso_.OpenTextFile(at("w.txt"), ForAppending, false, TristateFalse);
+  std::shared_ptr<TextStream> more =
+      fso_.OpenTextFile(at("w.txt"), ForAppending, false, TristateFalse);
   more->Write(u"e");
   more->Close();
   EXPECT_EQ(bytesOf(file("w.txt")), "ab\r\n\r\n\r\n\r\ncde");
   // ForWriting starts the file again.
-  std::shared_ptr<TextStream> again = fso_.OpenTextFile(at("w.txt"), ForWriting, false, TristateFalse);
+  std::shared_ptr<TextStream> again =
+      fso_.OpenTextFile(at("w.txt"), ForWriting, false, TristateFalse);
   again->Write(u"new");
   again->Close();
   EXPECT_EQ(bytesOf(file("w.txt")), "new");
@@ -713,11 +717,13 @@ TEST_F(FileSystemObjectTest, WritingAndAppending) {
   }
   EXPECT_EQ(bytesOf(file("u.txt")), std::string("\xFF\xFEx\0\xE9\0\xE9\0", 8));
   // A new UTF-16 file opened for appending gets its mark; one opened for writing too.
-  std::shared_ptr<TextStream> fresh = fso_.OpenTextFile(at("fresh.txt"), ForAppending, true, TristateTrue);
+  std::shared_ptr<TextStream> fresh =
+      fso_.OpenTextFile(at("fresh.txt"), ForAppending, true, TristateTrue);
   fresh->Write(u"y");
   fresh->Close();
   EXPECT_EQ(bytesOf(file("fresh.txt")), std::string("\xFF\xFEy\0", 4));
-  std::shared_ptr<TextStream> rewritten = fso_.OpenTextFile(at("fresh.txt"), ForWriting, false, TristateTrue);
+  std::shared_ptr<TextStream> rewritten =
+      fso_.OpenTextFile(at("fresh.txt"), ForWriting, false, TristateTrue);
   rewritten->Close();
   EXPECT_EQ(bytesOf(file("fresh.txt")), "\xFF\xFE");
 }
@@ -786,9 +792,11 @@ TEST_F(FileSystemObjectTest, OpeningAndCreatingRefusals) {
 
 TEST_F(FileSystemObjectTest, ModesAndClosing) {
   writeBytes(file("r.txt"), "text");
-  std::shared_ptr<TextStream> reader = fso_.OpenTextFile(at("r.txt"), ForReading, false, TristateFalse);
+  std::shared_ptr<TextStream> reader =
+      fso_.OpenTextFile(at("r.txt"), ForReading, false, TristateFalse);
   std::shared_ptr<TextStream> writer = fso_.CreateTextFile(at("w.txt"), true, false);
-  std::shared_ptr<TextStream> appender = fso_.OpenTextFile(at("w.txt"), ForAppending, false, TristateFalse);
+  std::shared_ptr<TextStream> appender =
+      fso_.OpenTextFile(at("w.txt"), ForAppending, false, TristateFalse);
   for (TextStream* stream : {writer.get(), appender.get()}) {
     for (const auto& read : std::vector<std::function<void()>>{
              [&] { stream->Read(1); }, [&] { stream->ReadLine(); }, [&] { stream->ReadAll(); },
@@ -815,11 +823,13 @@ TEST_F(FileSystemObjectTest, ModesAndClosing) {
 // A device that is always full (Linux's /dev/full): the write raises, nothing is lost silently.
 TEST_F(FileSystemObjectTest, RefusedWritesRaise) {
   if (!hasNativeForm() || !fs::exists("/dev/full")) GTEST_SKIP() << "no full device here";
-  std::shared_ptr<TextStream> full = fso_.OpenTextFile(u"/dev/full", ForWriting, false, TristateFalse);
+  std::shared_ptr<TextStream> full =
+      fso_.OpenTextFile(u"/dev/full", ForWriting, false, TristateFalse);
   EXPECT_EQ(errorNumberOf([&] { full->Write(u"lost?"); }), vb_error::kDiskFull);
   EXPECT_EQ(errorNumberOf([&] { full->WriteLine(u"again"); }), vb_error::kDiskFull);
-  EXPECT_EQ(errorNumberOf([&] { fso_.OpenTextFile(u"/dev/full", ForWriting, false, TristateTrue); }),
-            vb_error::kDiskFull);
+  EXPECT_EQ(
+      errorNumberOf([&] { fso_.OpenTextFile(u"/dev/full", ForWriting, false, TristateTrue); }),
+      vb_error::kDiskFull);
 }
 
 // Windows-form paths reach real files through the drive map where paths have two forms.
@@ -839,8 +849,9 @@ TEST_F(FileSystemObjectTest, WindowsFormReachesFilesThroughTheDriveMap) {
   EXPECT_EQ(fso_.BuildPath(u"T:\\Data", u"x.txt"), u"T:\\Data\\x.txt");
   EXPECT_EQ(errorNumberOf([&] { fso_.CreateTextFile(u"U:\\x.txt", true, false); }),
             vb_error::kPathNotFound);
-  EXPECT_EQ(errorNumberOf([&] { fso_.OpenTextFile(u"\\\\srv\\share\\x.txt", ForReading, false, 0); }),
-            vb_error::kPathNotFound);
+  EXPECT_EQ(
+      errorNumberOf([&] { fso_.OpenTextFile(u"\\\\srv\\share\\x.txt", ForReading, false, 0); }),
+      vb_error::kPathNotFound);
   fso_.DeleteFolder(u"T:\\Data", false);
   EXPECT_FALSE(fs::exists(file("Data")));
 }

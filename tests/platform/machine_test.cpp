@@ -137,11 +137,10 @@ TEST(MachineTest, DriveFactsFromTheSystemsWords) {
     bool removable;
     int32_t expected;
   };
-  for (const TypeRow& row : {TypeRow{"nfs4", false, 3}, TypeRow{"cifs", true, 3},
-                             TypeRow{"tmpfs", false, 5}, TypeRow{"ramfs", false, 5},
-                             TypeRow{"iso9660", true, 4}, TypeRow{"udf", false, 4},
-                             TypeRow{"vfat", true, 1}, TypeRow{"ext4", false, 2},
-                             TypeRow{"overlay", false, 2}}) {
+  for (const TypeRow& row :
+       {TypeRow{"nfs4", false, 3}, TypeRow{"cifs", true, 3}, TypeRow{"tmpfs", false, 5},
+        TypeRow{"ramfs", false, 5}, TypeRow{"iso9660", true, 4}, TypeRow{"udf", false, 4},
+        TypeRow{"vfat", true, 1}, TypeRow{"ext4", false, 2}, TypeRow{"overlay", false, 2}}) {
     EXPECT_EQ(driveTypeFor(row.type, row.removable), row.expected) << row.type;
   }
   struct SerialRow {
@@ -150,8 +149,8 @@ TEST(MachineTest, DriveFactsFromTheSystemsWords) {
   };
   for (const SerialRow& row :
        {SerialRow{"1234-ABCD", 0x1234ABCDu}, SerialRow{"0123456789ABCDEF", 0x89ABCDEFu},
-        SerialRow{"c1b9d5a2-f162-11cf-9ece-0020afc76f16", 0xAFC76F16u},
-        SerialRow{"12ab", 0u}, SerialRow{"", 0u}}) {
+        SerialRow{"c1b9d5a2-f162-11cf-9ece-0020afc76f16", 0xAFC76F16u}, SerialRow{"12ab", 0u},
+        SerialRow{"", 0u}}) {
     EXPECT_EQ(serialNumberFromUuid(row.uuid), row.expected) << row.uuid;
   }
   EXPECT_EQ(deviceLabelFromLink("POS\\x20DATA"), "POS DATA");

@@ -93,10 +93,10 @@ TEST(PathsTest, FormMarks) {
     StringView path;
     bool windowsForm;
   };
-  for (const Row& row : {Row{u"C:\\x", true}, Row{u"c:", true}, Row{u"a\\b", true},
-                         Row{u"/a/b", false}, Row{u"a/b", false}, Row{u"//srv/s", false},
-                         Row{u"1:\\x", true}, Row{u"1:", false}, Row{u"", false},
-                         Row{u"ab:", false}}) {
+  for (const Row& row :
+       {Row{u"C:\\x", true}, Row{u"c:", true}, Row{u"a\\b", true}, Row{u"/a/b", false},
+        Row{u"a/b", false}, Row{u"//srv/s", false}, Row{u"1:\\x", true}, Row{u"1:", false},
+        Row{u"", false}, Row{u"ab:", false}}) {
     SCOPED_TRACE(toUtf8(row.path));
     EXPECT_EQ(hasWindowsFormMarks(row.path), row.windowsForm);
   }
@@ -124,7 +124,8 @@ TEST(PathsTest, DriveMapText) {
 TEST(PathsTest, MountInfoText) {
   const std::string_view text =
       "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw,errors=remount-ro\n"
-      "36 22 0:32 / /mnt/my\\040share rw,nosuid shared:20 master:3 - cifs //fileserver/my\\040share "
+      "36 22 0:32 / /mnt/my\\040share rw,nosuid shared:20 master:3 - cifs "
+      "//fileserver/my\\040share "
       "rw,vers=3.0\n"
       "40 22 0:35 /sub /mnt/pos rw - nfs4 nas:/export/pos rw\n"
       "not a mount line\n"
