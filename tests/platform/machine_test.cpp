@@ -186,13 +186,22 @@ TEST(MachineTest, FakeAnswersAsSet) {
   EXPECT_EQ(machine.drive(u"\\\\srv\\s"), std::nullopt);
 }
 
-// The system's own machine keeps the buffer rule of GetComputerNameA and knows its "C:" drive
-// (on Linux the root unless RAVELIN_DRIVES maps it elsewhere).
-TEST(MachineTest, NativeMachine) {
-  const std::unique_ptr<MachineSystem> machine = MachineSystem::makeNative();
+// The same cases against the fake and against the system's own machine: the buffer rule of
+// GetComputerNameA, UNC names on the network, a "C:" drive that is ready (on Linux the root unless
+// RAVELIN_DRIVES maps it elsewhere) and a drive that is not there.
+struct Implementation {
+  const char* name;
+  std::function<std::shared_ptr<MachineSystem>()> make;
+};
+
+class MachineContractTest : public testing::TestWithParam<Implementation> {};
+
+TEST_P(MachineContractTest, Answers) {
+  const std::shared_ptr<MachineSystem> machine = GetParam().make();
   const std::optional<std::string> name = machine->computerName(256);
   ASSERT_TRUE(name.has_value());
   ASSERT_FALSE(name->empty());
+  EXPECT_EQ(name->find('.'), std::string::npos);
   const auto fitting = static_cast<uint32_t>(name->size() + 1);
   EXPECT_EQ(machine->computerName(fitting), name);
   EXPECT_EQ(machine->computerName(fitting - 1), std::nullopt);
@@ -205,7 +214,33 @@ TEST(MachineTest, NativeMachine) {
   EXPECT_GT(drive->totalSize, 0);
   EXPECT_GE(drive->totalSize, drive->freeSpace);
   EXPECT_FALSE(drive->fileSystem.empty());
+  EXPECT_EQ(machine->drive(u"Q:"), std::nullopt);
 }
+
+std::shared_ptr<MachineSystem> makeFake() {
+  auto fake = std::make_shared<FakeMachineSystem>();
+  fake->setHostName("till-01.shop.lan");
+  DriveFacts fixed;
+  fixed.path = u"C:";
+  fixed.driveType = 2;
+  fixed.isReady = true;
+  fixed.fileSystem = u"NTFS";
+  fixed.totalSize = 1000;
+  fixed.freeSpace = 10;
+  fake->addDrive(fixed);
+  return fake;
+}
+
+INSTANTIATE_TEST_SUITE_P(Machines, MachineContractTest,
+                         testing::Values(Implementation{"Fake", makeFake},
+                                         Implementation{"Native",
+                                                        [] {
+                                                          return std::shared_ptr<MachineSystem>(
+                                                              MachineSystem::makeNative());
+                                                        }}),
+                         [](const testing::TestParamInfo<Implementation>& info) {
+                           return info.param.name;
+                         });
 
 }  // namespace
 }  // namespace ravelin::platform
