@@ -26,6 +26,7 @@
 #include <ravelin/data/dbf_file_reader.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/data/sql_utilities.hpp>
+#include <ravelin/files/file_system_object.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/object_copy.hpp>
@@ -102,6 +103,14 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<SQLUtilities>();
   registry.add<DataBTypeEnum>();
   registry.add<DataUtilities>();
+  // files
+  registry.add<FileSystemObject>();
+  registry.add<TextStream>();
+  registry.add<Drive>();
+  registry.add<Folder>();
+  registry.add<IOMode>();
+  registry.add<Tristate>();
+  registry.add<DriveTypeConst>();
   // system
   registry.add<TimerMM>();
   registry.add<EEventTypes>();

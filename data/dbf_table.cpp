@@ -2,8 +2,10 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <ravelin/data/internal/dbf_table.hpp>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/platform/paths.hpp>
 #include <system_error>
 #include <utility>
 
@@ -73,14 +75,12 @@ String decimalText(uint64_t value) {
              std::move(description));
 }
 
-// The name as the system's path. A name that the system cannot spell (text with a lone surrogate
-// where names are UTF-8) names no file.
+// The name as the system's path (platform/paths.hpp: the Windows form is translated); a name that
+// names no file of the system is not found.
 std::filesystem::path nativePath(StringView path) {
-  try {
-    return std::filesystem::path{std::u16string(path)};
-  } catch (const std::system_error&) {
-    raiseReaderError(u"File not found: " + String(path));
-  }
+  std::optional<std::filesystem::path> native = platform::nativePath(path);
+  if (!native) raiseReaderError(u"File not found: " + String(path));
+  return std::move(*native);
 }
 
 std::unique_ptr<ByteSource> openFileSource(StringView path) {

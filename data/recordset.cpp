@@ -7,6 +7,7 @@
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/frame/class_builder.hpp>
 #include <ravelin/frame/convert.hpp>
+#include <ravelin/platform/paths.hpp>
 #include <system_error>
 
 namespace ravelin {
@@ -43,17 +44,8 @@ void Recordset::Open(const Variant& Source, const Variant& ActiveConnection, int
 
 namespace {
 
-// The name as the system's path; a name the system cannot spell names no file.
-std::optional<std::filesystem::path> nativePath(StringView path) {
-  try {
-    return std::filesystem::path{std::u16string(path)};
-  } catch (const std::system_error&) {
-    return std::nullopt;
-  }
-}
-
 std::string readWholeFile(StringView path) {
-  const auto native = nativePath(path);
+  const auto native = platform::nativePath(path);
   std::error_code error;
   if (path.empty() || !native || !std::filesystem::exists(*native, error))
     raiseAdoError(ado_error::kOpeningFile, kRecordsetSource, u"Not found: " + String(path));
@@ -100,7 +92,7 @@ void Recordset::Save(const Variant& Destination, int32_t PersistFormat) {
   // Completes an edit in progress and leaves the first row current.
   if (!(store_->bof() && store_->eof())) store_->moveFirst();
   const std::string document = recordset_xml::write(*store_);
-  const auto native = nativePath(path);
+  const auto native = platform::nativePath(path);
   if (!native) raiseAdoError(ado_error::kWriteFile, kRecordsetSource, String(path));
   std::error_code error;
   if (std::filesystem::exists(*native, error))

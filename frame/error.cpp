@@ -43,6 +43,17 @@ StringView standardErrorDescription(int32_t number) {
     case kTypeMismatch: return u"Type mismatch";
     case kOutOfStringSpace: return u"Out of string space";
     case kInternalError: return u"Internal error";
+    case kBadFileNameOrNumber: return u"Bad file name or number";
+    case kFileNotFound: return u"File not found";
+    case kBadFileMode: return u"Bad file mode";
+    case kDeviceIOError: return u"Device I/O error";
+    case kFileAlreadyExists: return u"File already exists";
+    case kDiskFull: return u"Disk full";
+    case kInputPastEndOfFile: return u"Input past end of file";
+    case kDeviceUnavailable: return u"Device unavailable";
+    case kPermissionDenied: return u"Permission denied";
+    case kDiskNotReady: return u"Disk not ready";
+    case kPathNotFound: return u"Path not found";
     case kObjectNotSet: return u"Object variable or With block variable not set";
     case kInvalidUseOfNull: return u"Invalid use of Null";
     case kInvalidPropertyValue: return u"Invalid property value";

@@ -8,6 +8,7 @@
 #include <ravelin/frame/date_time.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
+#include <ravelin/platform/fake/paths_fake.hpp>
 #include <ravelin/tests/data/dbf_writer.hpp>
 #include <string>
 #include <vector>
@@ -328,6 +329,27 @@ TEST(DBFFileReaderTest, FilesByName) {
         EXPECT_EQ(error.description(), u"File not found: " + missing);
       }
     }
+  }
+}
+
+// Where paths have a native form besides the Windows one, a Windows-form name reaches the file
+// the drive map says, and a drive the map lacks names no file.
+TEST(DBFFileReaderTest, WindowsFormNamesThroughTheDriveMap) {
+  if (platform::isWindowsForm(u"/native")) GTEST_SKIP() << "every path here is in the Windows form";
+  Table table;
+  table.fields = {{"A", 'C', 3}};
+  const TempFile file(test_dbf::tableBytes(table, {{{"abc"}}}));
+  const std::string native = toUtf8(file.path());
+  const std::size_t slash = native.rfind('/');
+  platform::ScopedFake<platform::FakePathSystem> paths;
+  paths.fake().setDrive("T:", native.substr(0, slash));
+  const DBFFileReader reader;
+  EXPECT_EQ(reader.RecordCount(u"t:\\" + fromUtf8(native.substr(slash + 1))), 1.0);
+  try {
+    reader.readDBF(u"U:\\x.dbf");
+    ADD_FAILURE() << "no error";
+  } catch (const AutomationError& error) {
+    EXPECT_EQ(error.description(), u"File not found: U:\\x.dbf");
   }
 }
 

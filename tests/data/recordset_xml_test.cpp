@@ -11,6 +11,7 @@
 #include <ravelin/frame/dispatch.hpp>
 #include <ravelin/frame/error.hpp>
 #include <ravelin/frame/locale.hpp>
+#include <ravelin/platform/fake/paths_fake.hpp>
 #include <ravelin/tests/support/error_number.hpp>
 #include <ravelin/tests/support/wine.hpp>
 #include <sstream>
@@ -655,6 +656,25 @@ TEST_F(RecordsetXml, LateBoundSaveAndOpen) {
   EXPECT_EQ(callMember(loaded, u"State", MemberKind::PropertyGet, {}), Variant(int32_t{1}));
   EXPECT_EQ(callMember(loaded, u"LockType", MemberKind::PropertyGet, {}),
             Variant(int32_t{adLockBatchOptimistic}));
+}
+
+// Where paths have a native form besides the Windows one, a Windows-form name reaches the file
+// the drive map says.
+TEST_F(RecordsetXml, WindowsFormNamesThroughTheDriveMap) {
+  if (platform::isWindowsForm(u"/native")) GTEST_SKIP() << "every path here is in the Windows form";
+  platform::ScopedFake<platform::FakePathSystem> paths;
+  const std::u8string folder = folder_.u8string();
+  paths.fake().setDrive("T:", std::string(folder.begin(), folder.end()));
+  auto rs = makeObject<Recordset>();
+  rs->Fields()->Append(u"N", adInteger);
+  rs->Open();
+  rs->Save(Variant(String(u"t:\\saved.xml")));
+  EXPECT_TRUE(fs::exists(folder_ / "saved.xml"));
+  auto loaded = makeObject<Recordset>();
+  loaded->Open(Variant(String(u"T:\\saved.xml")));
+  EXPECT_EQ(loaded->Fields()->Count(), 1);
+  EXPECT_EQ(errorNumberOf([&] { rs->Save(Variant(String(u"U:\\saved.xml"))); }),
+            ado_error::kWriteFile);
 }
 
 }  // namespace
