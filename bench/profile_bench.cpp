@@ -16,6 +16,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <ravelin/files/file_system.hpp>
 #include <ravelin/platform/profile.hpp>
 #include <string>
 #include <utility>
@@ -147,5 +148,38 @@ void BM_ProfileSystem10000Lookups(benchmark::State& state) {
       double(kLookups) * double(state.iterations()), benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_ProfileSystem10000Lookups)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// The same lookups as a script makes them: FileSystem.ReadINIString, whose texts cross the ANSI
+// code page both ways and whose file name is taken through the paths area.
+void BM_ReadINIString10000Lookups(benchmark::State& state) {
+  const BenchFile& file = benchFile();
+  std::mt19937 random(20240611);
+  std::vector<std::pair<ravelin::String, ravelin::String>> lookups;
+  std::vector<ravelin::String> expected;
+  for (int i = 0; i < kLookups; ++i) {
+    const int section = int(random() % kSections);
+    const int key = int(random() % kKeysPerSection);
+    lookups.emplace_back(ravelin::fromUtf8(sectionName(section)), ravelin::fromUtf8(keyName(key)));
+    expected.push_back(ravelin::fromUtf8(valueOf(section, key)));
+  }
+  const ravelin::String path = ravelin::fromUtf8(file.path.string());
+  ravelin::FileSystem files;
+  double total = 0;
+  for (auto _ : state) {
+    const auto start = Clock::now();
+    ravelin::platform::profileSystem.install(ravelin::platform::ProfileSystem::makeNative());
+    for (int i = 0; i < kLookups; ++i) {
+      if (files.ReadINIString(lookups[i].first, lookups[i].second, u"", path) != expected[i]) {
+        state.SkipWithError("a lookup found another value");
+        return;
+      }
+    }
+    total += std::chrono::duration<double>(Clock::now() - start).count();
+  }
+  if (baselineSeconds() <= 0) baselineSeconds() = configparserSeconds();
+  const double mean = total / double(state.iterations());
+  if (baselineSeconds() > 0) state.counters["ratio_to_configparser"] = mean / baselineSeconds();
+}
+BENCHMARK(BM_ReadINIString10000Lookups)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace

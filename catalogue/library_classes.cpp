@@ -26,6 +26,7 @@
 #include <ravelin/data/dbf_file_reader.hpp>
 #include <ravelin/data/recordset.hpp>
 #include <ravelin/data/sql_utilities.hpp>
+#include <ravelin/files/file_system.hpp>
 #include <ravelin/files/file_system_object.hpp>
 #include <ravelin/frame/cls_error.hpp>
 #include <ravelin/frame/error.hpp>
@@ -105,6 +106,7 @@ void registerLibraryClasses(ClassRegistry& registry) {
   registry.add<DataUtilities>();
   // files
   registry.add<FileSystemObject>();
+  registry.add<FileSystem>();
   registry.add<TextStream>();
   registry.add<Drive>();
   registry.add<Folder>();
