@@ -5,26 +5,18 @@
 #include <shlobj.h>
 
 #include <ravelin/platform/folders.hpp>
+#include <ravelin/platform/win32/text_win32.hpp>
 #include <vector>
 
 namespace ravelin::platform {
 namespace {
-
-String fromAnsi(const char* text, std::size_t length) {
-  if (length == 0) return {};
-  const int units = MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(length), nullptr, 0);
-  String result(static_cast<std::size_t>(units), u'\0');
-  MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(length),
-                      reinterpret_cast<wchar_t*>(result.data()), units);
-  return result;
-}
 
 template <class Call>
 FolderCall callWithBuffer(uint32_t bufferSize, Call call) {
   std::vector<char> buffer(bufferSize + 1, '\0');
   const DWORD count = call(static_cast<DWORD>(bufferSize), buffer.data());
   if (count == 0 || count >= bufferSize) return {count, {}};
-  return {count, fromAnsi(buffer.data(), count)};
+  return {count, win32::fromAnsi(std::string_view(buffer.data(), count))};
 }
 
 class Win32FolderSystem final : public FolderSystem {
@@ -35,7 +27,7 @@ class Win32FolderSystem final : public FolderSystem {
         S_OK) {
       return std::nullopt;
     }
-    return fromAnsi(buffer, strnlen(buffer, MAX_PATH));
+    return win32::fromAnsi(std::string_view(buffer, strnlen(buffer, MAX_PATH)));
   }
 
   FolderCall systemDirectory(uint32_t bufferSize) const override {

@@ -2,21 +2,14 @@
 #include <windows.h>
 
 #include <ravelin/platform/locale.hpp>
+#include <ravelin/platform/win32/text_win32.hpp>
 #include <string>
 
 namespace ravelin::platform {
 namespace {
 
-// Windows' wide text and the library's String are both UTF-16.
-std::wstring toWide(StringView text) {
-  return std::wstring(text.begin(), text.end());
-}
-String fromWide(const wchar_t* text) {
-  String result;
-  for (; *text != L'\0'; ++text)
-    result.push_back(static_cast<char16_t>(*text));
-  return result;
-}
+using win32::fromWide;
+using win32::toWide;
 
 String localeText(const std::wstring& name, LCTYPE type) {
   wchar_t buffer[LOCALE_NAME_MAX_LENGTH * 4] = {};

@@ -6,36 +6,16 @@
 
 #include <algorithm>
 #include <ravelin/platform/machine.hpp>
+#include <ravelin/platform/win32/text_win32.hpp>
 #include <string>
 #include <vector>
 
 namespace ravelin::platform {
 namespace {
 
-// Windows' wide text and the library's String are both UTF-16.
-std::wstring toWide(StringView text) {
-  return std::wstring(text.begin(), text.end());
-}
-
-String fromWide(const wchar_t* text) {
-  String result;
-  for (; *text != L'\0'; ++text)
-    result.push_back(static_cast<char16_t>(*text));
-  return result;
-}
-
-// The text in the ANSI code page, as the "A" functions take it.
-std::string toAnsi(StringView text) {
-  const std::wstring wide = toWide(text);
-  if (wide.empty()) return {};
-  const int size = WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()),
-                                       nullptr, 0, nullptr, nullptr);
-  if (size <= 0) return {};
-  std::string ansi(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), ansi.data(), size,
-                      nullptr, nullptr);
-  return ansi;
-}
+using win32::fromWide;
+using win32::toAnsi;
+using win32::toWide;
 
 int32_t driveTypeOf(UINT systemType) {
   switch (systemType) {

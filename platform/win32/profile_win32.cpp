@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <ravelin/platform/internal/profile_text.hpp>
 #include <ravelin/platform/profile.hpp>
+#include <ravelin/platform/win32/text_win32.hpp>
 #include <string>
 
 namespace ravelin::platform {
@@ -18,20 +19,9 @@ constexpr uint32_t kFirstBuffer = 65536;
 
 // A file name in the ANSI code page; false when the code page lacks one of its characters.
 bool ansiName(const fs::path& file, std::string& name) {
-  const std::wstring& wide = file.native();
-  name.clear();
-  if (wide.empty()) return true;
-  const bool utf8 = GetACP() == CP_UTF8;
-  BOOL defaulted = FALSE;
-  const DWORD flags = utf8 ? 0 : WC_NO_BEST_FIT_CHARS;
-  BOOL* check = utf8 ? nullptr : &defaulted;
-  const int length = WideCharToMultiByte(CP_ACP, flags, wide.data(), static_cast<int>(wide.size()),
-                                         nullptr, 0, nullptr, check);
-  if (length <= 0 || defaulted) return false;
-  name.resize(static_cast<size_t>(length));
-  WideCharToMultiByte(CP_ACP, flags, wide.data(), static_cast<int>(wide.size()), name.data(),
-                      length, nullptr, check);
-  return !defaulted;
+  auto ansi = win32::exactAnsi(file.native());
+  name = ansi ? std::move(*ansi) : std::string();
+  return ansi.has_value();
 }
 
 // An optional text as the C string of a call: null when absent, cut at a NUL when present.
