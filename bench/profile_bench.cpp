@@ -117,33 +117,52 @@ void BM_ConfigparserReadsFileOnce(benchmark::State& state) {
 }
 BENCHMARK(BM_ConfigparserReadsFileOnce)->Unit(benchmark::kMillisecond)->UseManualTime();
 
+// One lookup: the section, the key and the value it finds.
+struct Lookup {
+  std::string section;
+  std::string key;
+  std::string value;
+};
+
+// The same random existing keys for every benchmark.
+const std::vector<Lookup>& randomLookups() {
+  static const std::vector<Lookup> lookups = [] {
+    std::mt19937 random(20240611);
+    std::vector<Lookup> made;
+    for (int i = 0; i < kLookups; ++i) {
+      const int section = int(random() % kSections);
+      const int key = int(random() % kKeysPerSection);
+      made.push_back({sectionName(section), keyName(key), valueOf(section, key)});
+    }
+    return made;
+  }();
+  return lookups;
+}
+
+// The ratio of the lookups' mean time to the configparser read's.
+void reportRatio(benchmark::State& state, double totalSeconds) {
+  if (baselineSeconds() <= 0) baselineSeconds() = configparserSeconds();
+  const double mean = totalSeconds / double(state.iterations());
+  if (baselineSeconds() > 0) state.counters["ratio_to_configparser"] = mean / baselineSeconds();
+}
+
 void BM_ProfileSystem10000Lookups(benchmark::State& state) {
   const BenchFile& file = benchFile();
-  std::mt19937 random(20240611);
-  std::vector<std::pair<std::string, std::string>> lookups;
-  std::vector<std::string> expected;
-  for (int i = 0; i < kLookups; ++i) {
-    const int section = int(random() % kSections);
-    const int key = int(random() % kKeysPerSection);
-    lookups.emplace_back(sectionName(section), keyName(key));
-    expected.push_back(valueOf(section, key));
-  }
+  const std::vector<Lookup>& lookups = randomLookups();
   double total = 0;
   for (auto _ : state) {
     const auto start = Clock::now();
     const auto system = ravelin::platform::ProfileSystem::makeNative();
     for (int i = 0; i < kLookups; ++i) {
-      const auto read = system->getString(lookups[i].first, lookups[i].second, "", 512, file.path);
-      if (read.text() != expected[i]) {
+      const auto read = system->getString(lookups[i].section, lookups[i].key, "", 512, file.path);
+      if (read.text() != lookups[i].value) {
         state.SkipWithError("a lookup found another value");
         return;
       }
     }
     total += std::chrono::duration<double>(Clock::now() - start).count();
   }
-  if (baselineSeconds() <= 0) baselineSeconds() = configparserSeconds();
-  const double mean = total / double(state.iterations());
-  if (baselineSeconds() > 0) state.counters["ratio_to_configparser"] = mean / baselineSeconds();
+  reportRatio(state, total);
   state.counters["lookups_per_s"] = benchmark::Counter(
       double(kLookups) * double(state.iterations()), benchmark::Counter::kIsRate);
 }
@@ -152,33 +171,28 @@ BENCHMARK(BM_ProfileSystem10000Lookups)->Unit(benchmark::kMillisecond)->UseRealT
 // The same lookups as a script makes them: FileSystem.ReadINIString, whose texts cross the ANSI
 // code page both ways and whose file name is taken through the paths area.
 void BM_ReadINIString10000Lookups(benchmark::State& state) {
-  const BenchFile& file = benchFile();
-  std::mt19937 random(20240611);
-  std::vector<std::pair<ravelin::String, ravelin::String>> lookups;
-  std::vector<ravelin::String> expected;
-  for (int i = 0; i < kLookups; ++i) {
-    const int section = int(random() % kSections);
-    const int key = int(random() % kKeysPerSection);
-    lookups.emplace_back(ravelin::fromUtf8(sectionName(section)), ravelin::fromUtf8(keyName(key)));
-    expected.push_back(ravelin::fromUtf8(valueOf(section, key)));
-  }
-  const ravelin::String path = ravelin::fromUtf8(file.path.string());
+  using ravelin::fromUtf8;
+  struct TextLookup {
+    ravelin::String section, key, value;
+  };
+  std::vector<TextLookup> lookups;
+  for (const Lookup& lookup : randomLookups())
+    lookups.push_back({fromUtf8(lookup.section), fromUtf8(lookup.key), fromUtf8(lookup.value)});
+  const ravelin::String path = fromUtf8(benchFile().path.string());
   ravelin::FileSystem files;
   double total = 0;
   for (auto _ : state) {
     const auto start = Clock::now();
     ravelin::platform::profileSystem.install(ravelin::platform::ProfileSystem::makeNative());
-    for (int i = 0; i < kLookups; ++i) {
-      if (files.ReadINIString(lookups[i].first, lookups[i].second, u"", path) != expected[i]) {
+    for (const TextLookup& lookup : lookups) {
+      if (files.ReadINIString(lookup.section, lookup.key, u"", path) != lookup.value) {
         state.SkipWithError("a lookup found another value");
         return;
       }
     }
     total += std::chrono::duration<double>(Clock::now() - start).count();
   }
-  if (baselineSeconds() <= 0) baselineSeconds() = configparserSeconds();
-  const double mean = total / double(state.iterations());
-  if (baselineSeconds() > 0) state.counters["ratio_to_configparser"] = mean / baselineSeconds();
+  reportRatio(state, total);
 }
 BENCHMARK(BM_ReadINIString10000Lookups)->Unit(benchmark::kMillisecond)->UseRealTime();
 

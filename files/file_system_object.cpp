@@ -426,16 +426,31 @@ void FileSystemObject::DeleteFolder(StringView FolderSpec, bool Force) const {
   }
 }
 
-void FileSystemObject::CopyFile(StringView Source, StringView Destination,
-                                bool OverWriteFiles) const {
+namespace {
+
+// The files a copy or move takes (a wildcard may match several) and where each goes: into the
+// destination folder when the source has wildcards or the destination ends with a separator (a
+// folder that must exist), else to the destination name itself.
+std::vector<std::pair<fs::path, fs::path>> transfers(StringView Source, StringView Destination) {
   const fs::path source = file_errors::nativeOrRaise(Source);
   const fs::path destination = file_errors::nativeOrRaise(Destination);
-  const std::vector<fs::path> files = sourceFiles(Source, source);
+  std::vector<fs::path> files = sourceFiles(Source, source);
   const bool intoFolder =
       path_text::hasWildcards(lastNameOf(Source)) || endsWithSeparator(Destination);
   if (intoFolder && !isFolder(destination)) raise(vb_error::kPathNotFound);
-  for (const fs::path& file : files) {
-    const fs::path target = intoFolder ? destination / file.filename() : destination;
+  std::vector<std::pair<fs::path, fs::path>> result;
+  for (fs::path& file : files) {
+    fs::path target = intoFolder ? destination / file.filename() : destination;
+    result.emplace_back(std::move(file), std::move(target));
+  }
+  return result;
+}
+
+}  // namespace
+
+void FileSystemObject::CopyFile(StringView Source, StringView Destination,
+                                bool OverWriteFiles) const {
+  for (const auto& [file, target] : transfers(Source, Destination)) {
     if (isFolder(target)) raise(vb_error::kPermissionDenied);
     if (isThere(target)) {
       std::error_code error;
@@ -450,14 +465,7 @@ void FileSystemObject::CopyFile(StringView Source, StringView Destination,
 }
 
 void FileSystemObject::MoveFile(StringView Source, StringView Destination) const {
-  const fs::path source = file_errors::nativeOrRaise(Source);
-  const fs::path destination = file_errors::nativeOrRaise(Destination);
-  const std::vector<fs::path> files = sourceFiles(Source, source);
-  const bool intoFolder =
-      path_text::hasWildcards(lastNameOf(Source)) || endsWithSeparator(Destination);
-  if (intoFolder && !isFolder(destination)) raise(vb_error::kPathNotFound);
-  for (const fs::path& file : files) {
-    const fs::path target = intoFolder ? destination / file.filename() : destination;
+  for (const auto& [file, target] : transfers(Source, Destination)) {
     if (isThere(target)) raise(vb_error::kFileAlreadyExists);
     if (!target.parent_path().empty() && !isFolder(target.parent_path()))
       raise(vb_error::kPathNotFound);
