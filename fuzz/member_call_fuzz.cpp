@@ -71,6 +71,8 @@
 #include <utility>
 #include <vector>
 
+#include "sandbox.hpp"
+
 namespace ravelin::fuzzing {
 namespace {
 
@@ -1114,8 +1116,9 @@ void runInput(FuzzedDataProvider& data) {
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
   using namespace ravelin;
   fuzzing::tracing = std::getenv("RAVELIN_MEMBER_CALL_TRACE") != nullptr;
+  fuzzing::withoutOdbcDrivers();
   for (const ClassInfo* info : libraryRegistry().classes()) {
-    if (!info->creatable()) continue;
+    if (!info->creatable() || fuzzing::actsOnMachineFiles(*info)) continue;
     fuzzing::creatableClasses.push_back(info);
     const fuzzing::ClassReads& reads = fuzzing::readsOf(*info);
     std::vector<Variant> items;

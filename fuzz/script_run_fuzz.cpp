@@ -1,8 +1,8 @@
 // Any bytes, read as UTF-8 script source, run with a step budget: the run ends normally or with
 // a syntax error, a script error or a quit; anything else (another exception, a crash, a hang,
-// a sanitizer report) is a bug. Objects come only from the library's registry, whose classes
-// are in-memory containers, so a script cannot reach files or processes. Memory is bounded by
-// memory_budget.cpp: a script that asks for too much sees error 7.
+// a sanitizer report) is a bug. Objects come only from the library's registry, less the
+// classes that act on the machine's files, and no database driver is installed (sandbox.hpp).
+// Memory is bounded by memory_budget.cpp: a script that asks for too much sees error 7.
 //
 // The run takes place on a thread with a small stack (small_stack.hpp) and a stack budget to
 // match, so that recursion without a guard overflows at depths a fuzzer reaches within the step
@@ -22,6 +22,7 @@
 #include <string_view>
 
 #include "deep_nesting.hpp"
+#include "sandbox.hpp"
 #include "small_stack.hpp"
 
 namespace {
@@ -66,6 +67,8 @@ class Sink : public ravelin::PublicClass<Sink> {
 // Runs the script; returns the number of the script error that ended it, or 0.
 int32_t runScript(std::string_view source, uint64_t steps) {
   ravelin::script::Interpreter interpreter;
+  interpreter.setCreatable(
+      [](const ravelin::ClassInfo& info) { return !ravelin::fuzzing::actsOnMachineFiles(info); });
   interpreter.addGlobalObject(u"WScript", std::make_shared<Sink>());
   interpreter.setStepBudget(steps);
   interpreter.setStackBudget(kStackBudget);
@@ -113,6 +116,7 @@ std::size_t check(const std::string& name, const std::string& source, bool mayRu
 // The deepest nesting of each kind that the parser accepts runs on the small stack, from the top
 // level and at the bottom of a recursion that reached the budget.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  ravelin::fuzzing::withoutOdbcDrivers();
   std::size_t most = 0;
   for (const ravelin::fuzzing::NestingForm& form : ravelin::fuzzing::nestingForms()) {
     const int depth = ravelin::fuzzing::deepestAccepted(form);

@@ -434,6 +434,10 @@ Variant Evaluator::createObject(Frame& frame, const std::vector<Argument>* args)
     raiseScriptError(vb_error::kWrongArgumentCount);
   }
   const String progId = CStr(evalValue(frame, *(*args)[0].value));
+  if (creatable_) {
+    const ClassInfo* info = libraryRegistry().findClass(progId);
+    if (info != nullptr && !creatable_(*info)) raiseScriptError(vb_error::kCannotCreateObject);
+  }
   return Variant(libraryRegistry().create(progId));
 }
 

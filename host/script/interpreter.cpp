@@ -385,4 +385,8 @@ void Interpreter::setStackBudget(std::size_t bytes) {
   state_->evaluator.setStackBudget(bytes);
 }
 
+void Interpreter::setCreatable(std::function<bool(const ClassInfo&)> allowed) {
+  state_->evaluator.setCreatable(std::move(allowed));
+}
+
 }  // namespace ravelin::script

@@ -4,8 +4,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <ravelin/frame/error.hpp>
+#include <ravelin/frame/member_table.hpp>
 #include <ravelin/frame/variant.hpp>
 #include <ravelin/host/script/syntax_error.hpp>
 #include <span>
@@ -75,6 +77,11 @@ class Interpreter {
   // with a smaller stack gives a budget that leaves room below it for the deepest nesting the
   // parser accepts, which Execute and Eval may parse at any depth.
   void setStackBudget(std::size_t bytes);
+
+  // Which of the library's classes CreateObject may create; all of them unless a host says
+  // otherwise. A class refused raises 429, as an unknown name does. A host running scripts it
+  // does not trust keeps them away from classes that reach the machine's files.
+  void setCreatable(std::function<bool(const ClassInfo&)> allowed);
 
  private:
   struct State;

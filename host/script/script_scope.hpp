@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <ravelin/frame/dispatch.hpp>
@@ -141,6 +142,9 @@ class Evaluator {
   void addGlobalObject(StringView name, ObjectRef object);
   void setStepBudget(uint64_t steps) { stepBudget_ = steps; }
   void setStackBudget(std::size_t bytes) { stackBudget_ = bytes; }
+  void setCreatable(std::function<bool(const ClassInfo&)> allowed) {
+    creatable_ = std::move(allowed);
+  }
   void beginEntry();
   ScriptError toScriptError(const AutomationError& error) const;
 
@@ -242,7 +246,8 @@ class Evaluator {
   uint64_t stepBudget_ = 0;
   uint64_t steps_ = 0;
   int callDepth_ = 0;
-  std::size_t stackBudget_ = 0;  // 0: the main thread's (platform/stack.hpp)
+  std::size_t stackBudget_ = 0;                      // 0: the main thread's (platform/stack.hpp)
+  std::function<bool(const ClassInfo&)> creatable_;  // empty: every class
   const char* stackBase_ = nullptr;
 };
 

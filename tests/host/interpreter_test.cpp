@@ -252,6 +252,23 @@ TEST(InterpreterTest, LibraryObjects) {
 }
 
 // A member given arguments it does not take raises 450 before it runs: the object is as it was.
+// A host that refuses some classes: CreateObject of one raises 429 as an unknown name does, by
+// any of its names; the others are created as before.
+TEST(InterpreterTest, CreateObjectKeepsToTheClassesTheHostAllows) {
+  Interpreter interpreter;
+  auto out = std::make_shared<Output>();
+  interpreter.addGlobalObject(u"out", out);
+  interpreter.setCreatable(
+      [](const ClassInfo& info) { return info.name() != u"FileSystemObject"; });
+  interpreter.run(
+      u"On Error Resume Next\n"
+      u"Set a = CreateObject(\"Scripting.FileSystemObject\") : out.Echo Err.Number : Err.Clear\n"
+      u"Set a = CreateObject(\"Ravelin.FileSystemObject\") : out.Echo Err.Number : Err.Clear\n"
+      u"Set a = CreateObject(\"NoSuchClass\") : out.Echo Err.Number : Err.Clear\n"
+      u"Set a = CreateObject(\"clsArrayLong\") : out.Echo Err.Number & TypeName(a)\n");
+  EXPECT_EQ(joined(out->lines), "429|429|429|0clsArrayLong");
+}
+
 TEST(InterpreterTest, ArgumentsAreCheckedBeforeAMemberRuns) {
   const std::string fill =
       "Set a = CreateObject(\"clsArrayLong\") : a.add 1 : a.add 2 : a.add 3\n"
