@@ -69,7 +69,7 @@ WScript.Echo "Read past the end:", Err.Number, Err.Description
 Err.Clear
 stream.Close
 Set stream = fso.GetDrive("$:")
-WScript.Echo "A drive spec of another shape:", Err.Number, Err.Description
+WScript.Echo "A drive named in another shape:", Err.Number, Err.Description
 Err.Clear
 fso.DeleteFolder fso.BuildPath(work, "none")
 WScript.Echo "Delete a missing folder:", Err.Number, Err.Description

@@ -52,15 +52,15 @@ ClassInfo FileSystemObject::describe() {
       .method(u"GetFileName", &FileSystemObject::GetFileName, {u"Path"})
       .method(u"GetParentFolderName", &FileSystemObject::GetParentFolderName, {u"Path"})
       .method(u"GetTempName", &FileSystemObject::GetTempName)
-      .method(u"DriveExists", &FileSystemObject::DriveExists, {u"DriveSpec"})
-      .method(u"GetDrive", &FileSystemObject::GetDrive, {u"DriveSpec"})
-      .method(u"FileExists", &FileSystemObject::FileExists, {u"FileSpec"})
-      .method(u"FolderExists", &FileSystemObject::FolderExists, {u"FolderSpec"})
+      .method(u"DriveExists", &FileSystemObject::DriveExists, {u"DriveName"})
+      .method(u"GetDrive", &FileSystemObject::GetDrive, {u"DriveName"})
+      .method(u"FileExists", &FileSystemObject::FileExists, {u"FileName"})
+      .method(u"FolderExists", &FileSystemObject::FolderExists, {u"FolderName"})
       .method(u"CreateFolder", &FileSystemObject::CreateFolder, {u"Path"})
       .method(u"DeleteFile", &FileSystemObject::DeleteFile,
-              {u"FileSpec", optional(u"Force", Variant(false))})
+              {u"FileName", optional(u"Force", Variant(false))})
       .method(u"DeleteFolder", &FileSystemObject::DeleteFolder,
-              {u"FolderSpec", optional(u"Force", Variant(false))})
+              {u"FolderName", optional(u"Force", Variant(false))})
       .method(u"CopyFile", &FileSystemObject::CopyFile,
               {u"Source", u"Destination", optional(u"OverWriteFiles", Variant(true))})
       .method(u"MoveFile", &FileSystemObject::MoveFile, {u"Source", u"Destination"})
@@ -200,26 +200,22 @@ void copyOver(const fs::path& source, const fs::path& target) {
   }
 }
 
-// The name the system knows a drive spec by: "C:" for "c", "C:" or "C:\"; a UNC share as written;
-// a native mount point, lexically normal; nullopt for any other shape.
-std::optional<String> driveSpecName(StringView spec) {
-  const bool letter =
-      !spec.empty() && spec[0] < 0x80 &&
-      ((spec[0] >= u'A' && spec[0] <= u'Z') || (spec[0] >= u'a' && spec[0] <= u'z'));
-  if (letter && (spec.size() == 1 ||
-                 (spec[1] == u':' &&
-                  (spec.size() == 2 || (spec.size() == 3 && path_text::isSeparator(spec[2])))))) {
-    return String{toUpper(spec[0]), u':'};
-  }
-  const String share = path_text::driveName(spec);
+// The name the system knows a drive by, as a script names it: "C:" for "c", "C:" or "C:\"; a UNC
+// share as written; a native mount point, lexically normal; nullopt for any other shape.
+std::optional<String> canonicalDriveName(StringView name) {
+  const bool letterOnly =
+      (name.size() == 1 && path_text::startsWithDrive(String{name[0], u':'})) ||
+      (path_text::startsWithDrive(name) &&
+       (name.size() == 2 || (name.size() == 3 && path_text::isSeparator(name[2]))));
+  if (letterOnly) return String{toUpper(name[0]), u':'};
+  const String share = path_text::driveName(name);
   if (!share.empty() && !path_text::startsWithDrive(share) &&
-      (spec.size() == share.size() ||
-       (spec.size() == share.size() + 1 && path_text::isSeparator(spec.back())))) {
+      (name.size() == share.size() ||
+       (name.size() == share.size() + 1 && path_text::isSeparator(name.back())))) {
     return share;
   }
-  if (!platform::isWindowsForm(spec) && !startsWithTwoSeparators(spec) && !spec.empty() &&
-      spec[0] == u'/') {
-    return fromUtf8(platform::lexicallyNormalPosix(toUtf8(spec)));
+  if (!platform::isWindowsForm(name) && !startsWithTwoSeparators(name) && name.starts_with(u'/')) {
+    return fromUtf8(platform::lexicallyNormalPosix(toUtf8(name)));
   }
   return std::nullopt;
 }
@@ -338,13 +334,13 @@ String FileSystemObject::GetTempName() const {
 
 // ---- Drives -------------------------------------------------------------------------------
 
-bool FileSystemObject::DriveExists(StringView DriveSpec) const {
-  const std::optional<String> name = driveSpecName(DriveSpec);
+bool FileSystemObject::DriveExists(StringView DriveName) const {
+  const std::optional<String> name = canonicalDriveName(DriveName);
   return name && platform::machineSystem()->drive(*name).has_value();
 }
 
-std::shared_ptr<Drive> FileSystemObject::GetDrive(StringView DriveSpec) const {
-  const std::optional<String> name = driveSpecName(DriveSpec);
+std::shared_ptr<Drive> FileSystemObject::GetDrive(StringView DriveName) const {
+  const std::optional<String> name = canonicalDriveName(DriveName);
   if (!name) raise(vb_error::kInvalidProcedureCall);
   if (!platform::machineSystem()->drive(*name)) raise(vb_error::kDeviceUnavailable);
   return makeObject<Drive>(*name);
@@ -352,16 +348,16 @@ std::shared_ptr<Drive> FileSystemObject::GetDrive(StringView DriveSpec) const {
 
 // ---- Files and folders --------------------------------------------------------------------
 
-bool FileSystemObject::FileExists(StringView FileSpec) const {
-  const std::optional<fs::path> native = platform::nativePath(FileSpec);
+bool FileSystemObject::FileExists(StringView FileName) const {
+  const std::optional<fs::path> native = platform::nativePath(FileName);
   std::error_code error;
   const fs::file_status status =
       native ? fs::status(*native, error) : fs::file_status(fs::file_type::not_found);
   return fs::exists(status) && !fs::is_directory(status);
 }
 
-bool FileSystemObject::FolderExists(StringView FolderSpec) const {
-  const std::optional<fs::path> native = platform::nativePath(FolderSpec);
+bool FileSystemObject::FolderExists(StringView FolderName) const {
+  const std::optional<fs::path> native = platform::nativePath(FolderName);
   return native && isFolder(*native);
 }
 
@@ -376,9 +372,9 @@ std::shared_ptr<Folder> FileSystemObject::CreateFolder(StringView Path) const {
   return makeObject<Folder>(GetAbsolutePathName(Path));
 }
 
-void FileSystemObject::DeleteFile(StringView FileSpec, bool Force) const {
-  const fs::path native = file_errors::nativeOrRaise(FileSpec);
-  std::vector<fs::path> files = sourceFiles(FileSpec, native);
+void FileSystemObject::DeleteFile(StringView FileName, bool Force) const {
+  const fs::path native = file_errors::nativeOrRaise(FileName);
+  std::vector<fs::path> files = sourceFiles(FileName, native);
   if (!Force) {
     for (const fs::path& file : files) {
       if (file_errors::isReadOnly(file)) raise(vb_error::kPermissionDenied);
@@ -391,11 +387,11 @@ void FileSystemObject::DeleteFile(StringView FileSpec, bool Force) const {
   }
 }
 
-void FileSystemObject::DeleteFolder(StringView FolderSpec, bool Force) const {
-  const fs::path native = withoutTrailingSeparators(file_errors::nativeOrRaise(FolderSpec));
+void FileSystemObject::DeleteFolder(StringView FolderName, bool Force) const {
+  const fs::path native = withoutTrailingSeparators(file_errors::nativeOrRaise(FolderName));
   std::vector<fs::path> folders;
-  if (path_text::hasWildcards(lastNameOf(FolderSpec))) {
-    folders = matchingEntries(native, FolderSpec, true);
+  if (path_text::hasWildcards(lastNameOf(FolderName))) {
+    folders = matchingEntries(native, FolderName, true);
   } else if (isFolder(native)) {
     folders.push_back(native);
   }

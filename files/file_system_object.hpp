@@ -12,7 +12,7 @@
 // current folder as the drive map names it.
 //
 // Errors are the runtime's, as the Windows object raises them: 5 for an argument out of range
-// (an IOMode or Format it does not know, a drive spec of another shape), 52 for a name that
+// (an IOMode or Format it does not know, a drive named in another shape), 52 for a name that
 // cannot be one, 53 for a file that is not there, 58 for a name that is taken, 68 for a drive
 // that is not there, 70 for a refusal (a read-only file without Force, a folder where a file is
 // meant), 76 for a folder that is not there (also an unknown drive letter or an unmounted share).
@@ -76,15 +76,15 @@ class FileSystemObject : public PublicClass<FileSystemObject> {
   String GetTempName() const;
 
   // Drives: "C", "C:", "C:\", "\\server\share", or on Linux a mount point.
-  bool DriveExists(StringView DriveSpec) const;
-  std::shared_ptr<Drive> GetDrive(StringView DriveSpec) const;
+  bool DriveExists(StringView DriveName) const;
+  std::shared_ptr<Drive> GetDrive(StringView DriveName) const;
 
   // Files and folders.
-  bool FileExists(StringView FileSpec) const;
-  bool FolderExists(StringView FolderSpec) const;
+  bool FileExists(StringView FileName) const;
+  bool FolderExists(StringView FolderName) const;
   std::shared_ptr<Folder> CreateFolder(StringView Path) const;
-  void DeleteFile(StringView FileSpec, bool Force) const;
-  void DeleteFolder(StringView FolderSpec, bool Force) const;
+  void DeleteFile(StringView FileName, bool Force) const;
+  void DeleteFolder(StringView FolderName, bool Force) const;
   void CopyFile(StringView Source, StringView Destination, bool OverWriteFiles) const;
   void MoveFile(StringView Source, StringView Destination) const;
 

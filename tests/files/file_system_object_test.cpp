@@ -240,7 +240,7 @@ TEST_F(FileSystemObjectTest, DrivesThroughTheMachine) {
   machine.fake().addDrive(share);
 
   struct Row {
-    StringView spec;
+    StringView name;
     bool exists;
     int32_t error;  // of GetDrive
     StringView letter;
@@ -266,11 +266,11 @@ TEST_F(FileSystemObjectTest, DrivesThroughTheMachine) {
       {u"", false, vb_error::kInvalidProcedureCall, u""},
   };
   for (const Row& row : rows) {
-    SCOPED_TRACE(toUtf8(row.spec));
-    EXPECT_EQ(fso_.DriveExists(row.spec), row.exists);
-    EXPECT_EQ(errorNumberOf([&] { fso_.GetDrive(row.spec); }), row.error);
+    SCOPED_TRACE(toUtf8(row.name));
+    EXPECT_EQ(fso_.DriveExists(row.name), row.exists);
+    EXPECT_EQ(errorNumberOf([&] { fso_.GetDrive(row.name); }), row.error);
     if (row.error == 0) {
-      EXPECT_EQ(fso_.GetDrive(row.spec)->DriveLetter(), row.letter);
+      EXPECT_EQ(fso_.GetDrive(row.name)->DriveLetter(), row.letter);
     }
   }
 
@@ -366,7 +366,7 @@ TEST_F(FileSystemObjectTest, DeleteFile) {
   EXPECT_TRUE(fs::is_directory(file("folder.txt")));
 
   struct Row {
-    String spec;
+    String name;
     int32_t error;
   };
   const Row rows[] = {
@@ -378,8 +378,8 @@ TEST_F(FileSystemObjectTest, DeleteFile) {
       {u"", vb_error::kPathNotFound},
   };
   for (const Row& row : rows) {
-    SCOPED_TRACE(toUtf8(row.spec));
-    EXPECT_EQ(errorNumberOf([&] { fso_.DeleteFile(row.spec, false); }), row.error);
+    SCOPED_TRACE(toUtf8(row.name));
+    EXPECT_EQ(errorNumberOf([&] { fso_.DeleteFile(row.name, false); }), row.error);
   }
 }
 
@@ -426,7 +426,7 @@ TEST_F(FileSystemObjectTest, DeleteFolder) {
   EXPECT_TRUE(fs::exists(file("keep")));
 
   struct Row {
-    String spec;
+    String name;
     int32_t error;
   };
   const Row rows[] = {
@@ -437,8 +437,8 @@ TEST_F(FileSystemObjectTest, DeleteFolder) {
       {u"", vb_error::kPathNotFound},
   };
   for (const Row& row : rows) {
-    SCOPED_TRACE(toUtf8(row.spec));
-    EXPECT_EQ(errorNumberOf([&] { fso_.DeleteFolder(row.spec, false); }), row.error);
+    SCOPED_TRACE(toUtf8(row.name));
+    EXPECT_EQ(errorNumberOf([&] { fso_.DeleteFolder(row.name, false); }), row.error);
   }
 
   // A read-only file inside: nothing goes without Force.
