@@ -183,14 +183,11 @@ String FileSystem::ReadINIString(StringView Section, StringView key, StringView 
                                  StringView File) const {
   // A buffer of 512 characters: values are cut at 511.
   constexpr uint32_t kBuffer = 512;
-  const std::string defaultValue = toAnsi(Default);
-  const auto path = platform::nativePath(File);
-  // A name that names no file reads as a missing file: the default, cut as the call cuts it.
-  const platform::ProfileRead read =
-      path ? platform::profileSystem()->getString(toAnsi(Section), toAnsi(key), defaultValue,
-                                                  kBuffer, *path)
-           : platform::profileSystem()->getString(toAnsi(Section), toAnsi(key), defaultValue,
-                                                  kBuffer, std::filesystem::path());
+  // A name that names no file (an unknown drive) reads as a missing file: the default, cut as
+  // the call cuts it.
+  const platform::ProfileRead read = platform::profileSystem()->getString(
+      toAnsi(Section), toAnsi(key), toAnsi(Default), kBuffer,
+      platform::nativePath(File).value_or(std::filesystem::path()));
   if (read.count == 0) return {};
   return fromAnsi(read.text());
 }
